@@ -142,7 +142,8 @@ double AsymSat::detectorGain() {
 
 // The asymmetric curve with its one-pole memory. The branch follows the sign of the incoming
 // sample, not of the smoothed one; an input of exactly zero (or NaN) takes the negative side.
-// Both even terms are non-negative and subtracted, pulling both half-waves down.
+// Both even terms are non-negative and subtracted, pulling both half-waves down. Powers are
+// multiplied out factor by factor, left to right (s⁴ is s·s·s·s), never through pow.
 double AsymSat::curve(double x, double& mem, double& curvePrev) const {
   const double s = memIn * x + memFb * mem;
   mem = s;
@@ -151,11 +152,10 @@ double AsymSat::curve(double x, double& mem, double& curvePrev) const {
   if (x > 0.0) {
     const double p = posKnee * s;
     odd = (p / std::sqrt(p * p + 1.0)) * posKneeInv;
-    const double s2 = s * s;
-    even = s2 / std::sqrt(s2 * s2 + 1.0);
+    even = s * s / std::sqrt(s * s * s * s + 1.0);
   } else {
     odd = s / std::sqrt(s * s + 1.0);
-    const double u = negKnee * (s * s);
+    const double u = negKnee * s * s;
     even = (u / std::sqrt(u * u + 1.0)) * negKneeInv;
   }
   const double y = odd - evenWeight * even;
