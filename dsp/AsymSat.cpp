@@ -110,7 +110,7 @@ double AsymSat::noiseSample(int& seed) const {
 }
 
 double AsymSat::advanceDrift() {
-  const double m = drift[0].advance(random) * driftDepth + 1.0;
+  const double m = drift[0].advance(driftRandom) * driftDepth + 1.0;
   driftGainL = m;
   driftGainR = m;
   return m;

@@ -12,7 +12,7 @@
 // compensation, de-emphasis and tone shaping, removal of the drift gain and a DC blocker.
 //
 // A plain structure with all its state inline: the effect reads outR after each stereo frame,
-// nothing is allocated, and destruction releases nothing (destroying twice is harmless).
+// nothing is allocated, and destruction releases nothing.
 // init_all sets coefficients only; no filter state is ever cleared except by construction.
 struct AsymSat {
   AsymSat();
@@ -68,7 +68,7 @@ struct AsymSat {
   int detHold = 1;
 
   // The drift targets' random source, private to this instance.
-  SystemRand random;
+  SystemRand driftRandom;
 
 private:
   void smoothGain();
