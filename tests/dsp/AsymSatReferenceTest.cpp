@@ -247,7 +247,8 @@ struct Settings {
 
 using Signal = std::function<void(int n, double fs, double& l, double& r)>;
 
-bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+// Identical bits, or both NaN (hostile input may turn the state into NaN of either sign).
+bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b)); }
 
 // Runs both models over `frames` frames, re-initialising both every `reinitEvery` frames with
 // settings drawn from `settings` in turn, and stops at the first difference.
@@ -299,6 +300,13 @@ const Signal kNoiseAndSilence = [](int n, double, double& l, double& r) {
   r = silent ? 0.0 : -0.6 * Noise(n + 99991);
 };
 
+// Subnormal and negative-zero input, tiny values, then huge spikes and infinities.
+const Signal kHostile = [](int n, double, double& l, double& r) {
+  const double kinds[] = {4.9e-324, -0.0, 1e-300, -2.2e-308, 0.5, 1e30, -1e300, 0.0};
+  l = n < 4000 ? kinds[n % 4] : (n % 97 == 0 ? kinds[4 + n % 4] : 0.3 * Noise(n));
+  r = n == 9000 ? HUGE_VAL : (n < 4000 ? kinds[(n + 1) % 4] : -0.2 * Noise(n + 7));
+};
+
 }  // namespace
 
 TEST(AsymSatReference, DefaultSettingsOnSines) {
@@ -322,4 +330,16 @@ TEST(AsymSatReference, MonoPassOnSinesAndNoise) {
   const Settings s[] = {{44100.0, 12.0, 7.0, 0.4, 0.7}, {44100.0, -20.0, -8.0, 0.3, 0.1}};
   ExpectIdentical(s, 2, 2048, kNoiseAndSilence, 20000, true);
   ExpectIdentical(s, 2, 5000, kLoud, 20000, true);
+}
+
+TEST(AsymSatReference, HostileInputStereoAndMono) {
+  const Settings s[] = {{44100.0, 0.0, 5.0, 0.4, 0.5}};
+  ExpectIdentical(s, 1, 1 << 30, kHostile, 12000, false);
+  ExpectIdentical(s, 1, 1 << 30, kHostile, 12000, true);
+}
+
+// Controls beyond their ranges reach the saturator unclamped; both models must agree there too.
+TEST(AsymSatReference, ControlsOutsideTheirRanges) {
+  const Settings s[] = {{22050.0, 60.0, 25.0, 1.5, 3.0}, {192000.0, -90.0, -30.0, -0.5, -1.0}};
+  ExpectIdentical(s, 2, 3000, kSines, 12000, false);
 }

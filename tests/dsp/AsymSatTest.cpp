@@ -53,6 +53,7 @@ TEST(AsymSat, ConstructedState) {
   EXPECT_EQ(sat.detOffset, 106.0);
   EXPECT_EQ(sat.detSpare, 2.4);
   EXPECT_EQ(sat.detSlope, -0.5833333333333334);
+  EXPECT_EQ(sat.detSlope, -7.0 / 12.0);
   EXPECT_EQ(sat.detHold, 1);
   EXPECT_EQ(sat.spareFlag, 1);
   EXPECT_EQ(sat.evenWeight, 0.05);
@@ -80,6 +81,7 @@ TEST(AsymSat, InitAllSetsTheDetectorAndOversamplingConstants) {
   EXPECT_EQ(sat.detOffset, 122.0);
   EXPECT_EQ(sat.detSpare, 2.1);
   EXPECT_EQ(sat.detSlope, -0.5238095238095238);
+  EXPECT_EQ(sat.detSlope, -11.0 / 21.0);
   EXPECT_EQ(sat.detHold, 4);  // 4.41 truncated
   EXPECT_EQ(Initialised(96000.0, 0.0, 0.0, 0.2, 0.5).detHold, 9);
   // Unused slots stay as the constructor left them.
@@ -255,12 +257,14 @@ TEST(AsymSat, GainGlidesWhileOutputCompensationFollowsAtOnce) {
     expected = 0.999 * expected + 0.0010000000000000009 * sat.gainTarget;
     ASSERT_EQ(sat.outScale, 0.28061551207734 / sat.gainSmoothed) << n;
   }
+  EXPECT_EQ(0.0010000000000000009, 1.0 - 0.999);
   EXPECT_EQ(sat.gainSmoothed, expected);
   EXPECT_NEAR(sat.gainSmoothed / sat.gainTarget, 1.0 - std::pow(0.999, 3000), 1e-9);
 }
 
 TEST(AsymSat, NoiseSeedsStepThroughTheirSequence) {
   AsymSat sat = Initialised(48000.0, 0.0, 0.0, 0.2, 0.5);
+  EXPECT_NEAR(-7.144490169181527e-06, -1.0 / 139968.0, 1e-20);
   int expected = 0;
   for (int n = 0; n < 500; ++n) {
     sat.process_Stereo(0.0, 0.0);
