@@ -30,8 +30,6 @@ void SetShelf(OnePoleStage& stage, double fs, double w, double k) {
 
 }  // namespace
 
-AsymSat::AsymSat() = default;
-
 void AsymSat::init_all(double sampleRate, double driveDb, double freqResponse, double driftAmount, double asymmetry) {
   const double fs = sampleRate;
   const double T = freqResponse;

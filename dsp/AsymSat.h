@@ -15,7 +15,7 @@
 // nothing is allocated, and destruction releases nothing.
 // init_all sets coefficients only; no filter state is ever cleared except by construction.
 struct AsymSat {
-  AsymSat();
+  AsymSat() = default;
 
   // driveDb sets the input gain and the even-harmonic weight; freqResponse (-10 to 10) the
   // emphasis and tone; driftAmount the depth of the random drift; asymmetry (0 to 1) how
