@@ -1,0 +1,258 @@
+#include "dsp/AsymSat.h"
+
+#include "dsp/Denormal.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double kDbToLinear = 0.1151292546497;        // ln 10 / 20
+constexpr double kLinearToDb = 8.685889638065037;      // 20 / ln 10
+constexpr double kTwoPi = 6.283185307179586;
+constexpr double kOmega14k = 87964.5943005142;         // 2π·14000
+constexpr double kOmega12k = 75398.22368615503;        // 2π·12000
+constexpr double kOmega10k = 62831.853071795864;       // 2π·10000
+constexpr double kNegInvNoisePeriod = -7.144490169181527e-06;  // -1 / 139968
+
+// Tone stages map an analogue corner w with 3·fs rather than the bilinear 2·fs; the voicing
+// was tuned with that mapping.
+void SetCorner(OnePoleStage& stage, double fs, double w) {
+  stage.b = w / (3.0 * fs + w);
+  stage.a = (3.0 * fs - w) / (3.0 * fs + w);
+}
+
+void SetShelf(OnePoleStage& stage, double fs, double w, double k) {
+  stage.mode = OnePoleStage::kHighBoost;
+  stage.g = std::exp(k) - 1.0;
+  SetCorner(stage, fs, w);
+}
+
+}  // namespace
+
+void AsymSat::init_all(double sampleRate, double driveDb, double freqResponse, double driftAmount, double asymmetry) {
+  const double fs = sampleRate;
+  const double T = freqResponse;
+  const double S = asymmetry;
+  const double t = driveDb + 40.0;
+
+  oversample = 2;
+
+  // The curve's memory runs at the doubled rate, written out as 2·fs.
+  const double c = std::exp(-1.0 / (2.0 * fs * 0.0017958));
+  memIn = c;
+  memFb = 1.0 - c;
+  postScale = 1.0 / std::pow(c, 3.131);
+  postFb = std::pow(1.0 - c, 3.131);
+
+  detOffset = 122.0;
+  detSpare = 2.1;
+  detCoef = std::exp(-1.0 / (fs * 0.0008));
+  detFastCoef = std::exp(-1.0 / (fs * 0.0001));
+  detHold = static_cast<int>(fs * 0.0001);
+  detSlope = -0.5238095238095238;
+
+  gainTarget = std::exp(driveDb * kDbToLinear);
+  evenWeight = t * 0.0121875 + 0.0125;
+
+  const double k14 = std::max(0.0, 60.0 - t) * S * 0.17 * 0.115;
+  SetShelf(tone[4], fs, kOmega14k, k14);
+  SetShelf(tone[5], fs, kOmega14k, k14);
+
+  // The biquad gain law doubles its argument: ±0.5·T moves the shelves by ±T dB.
+  eq[0].setup(8, 2374.0, fs, 0.4, 0.5 * T, true);
+  eq[1].setup(8, 2374.0, fs, 0.4, 0.5 * T, true);
+  // A full 1000 Hz above the pre-emphasis: the pair leaves a deliberate tilt.
+  eq[2].setup(8, 3374.0, fs, 0.4, -0.5 * T, true);
+  eq[3].setup(8, 3374.0, fs, 0.4, -0.5 * T, true);
+
+  const double v = std::fabs(T) * 0.05;
+  const double lowPassOmega = T > 0.0 ? kOmega12k : (12000.0 - 6000.0 * std::pow(v, 0.3)) * kTwoPi;
+  for (int i = 0; i < 2; ++i) {
+    tone[i].mode = OnePoleStage::kLowPass;
+    tone[i].g = 0.0;
+    SetCorner(tone[i], fs, lowPassOmega);
+  }
+
+  eq[6].setup(6, 56.0, fs, 1.8, (30.0 - t) * 0.02 + v, true);
+  eq[7].setup(6, 56.0, fs, 1.8, (30.0 - t) * 0.02 + v, true);
+
+  const double k10 = T > 0.0 ? T * 0.7 * 0.115 : 0.0;
+  SetShelf(tone[2], fs, kOmega10k, k10);
+  SetShelf(tone[3], fs, kOmega10k, k10);
+
+  for (DriftGenerator& d : drift) {
+    d.count = 4;
+    d.step = 0.25;
+    d.coef = std::exp(-1.0 / (fs * 0.005));
+    d.coefInv = 1.0 - d.coef;
+  }
+  driftDepth = 0.5 * std::pow(driftAmount, 5.0);
+
+  posKnee = 1.0 - 0.1 * S;
+  posKneeInv = 1.0 / posKnee;
+  negKnee = 1.1 - 0.9 * S;
+  negKneeInv = 1.0 / negKnee;
+}
+
+void AsymSat::smoothGain() {
+  // 0.0010000000000000009 is 1 - 0.999 as the double arithmetic yields it.
+  gainSmoothed = 0.999 * gainSmoothed + 0.0010000000000000009 * gainTarget;
+  outScale = 0.28061551207734 / gainSmoothed;
+}
+
+// A faint, deterministic floor of about 1e-11 keeps the filters away from exact zero.
+double AsymSat::noiseSample(int& seed) const {
+  seed = (seed * 3877 + 29573) % 139968;
+  return FlushDenormal(1.0 + 2 * seed * kNegInvNoisePeriod);
+}
+
+double AsymSat::advanceDrift() {
+  const double m = drift[0].advance(driftRandom) * driftDepth + 1.0;
+  driftGainL = m;
+  driftGainR = m;
+  return m;
+}
+
+void AsymSat::updateDetector(double q) {
+  const double before = detEnv;
+  // The same smoothing on the way up and down.
+  detEnv = (detEnv - q) * detCoef + q;
+  if (q > before) {
+    detState = 0;
+  } else if (detHold < 0) {
+    detEnv = (detEnv - q) * detCoef + q;
+    detState = -1;
+  } else {
+    detState = 1;
+  }
+}
+
+// Gain reduction from last frame's detector feed: a soft knee G/sqrt(G²+1) whose G falls from
+// 25 as the level rises above the detector's offset.
+double AsymSat::detectorGain() {
+  updateDetector(detFeedback * detFeedback);
+  const double e = kLinearToDb * std::log(std::fabs(detEnv)) + detOffset;
+  const double x = e > 0.0 ? e * detSlope * kDbToLinear : 0.0;
+  const double G = 25.0 * std::exp(x);
+  return G / std::sqrt(G * G + 1.0);
+}
+
+// The asymmetric curve with its one-pole memory. The branch follows the sign of the incoming
+// sample, not of the smoothed one; an input of exactly zero (or NaN) takes the negative side.
+// Both even terms are non-negative and subtracted, pulling both half-waves down. Powers are
+// multiplied out factor by factor, left to right (s⁴ is s·s·s·s), never through pow.
+double AsymSat::curve(double x, double& mem, double& curvePrev) const {
+  const double s = memIn * x + memFb * mem;
+  mem = s;
+  double odd;
+  double even;
+  if (x > 0.0) {
+    const double p = posKnee * s;
+    odd = (p / std::sqrt(p * p + 1.0)) * posKneeInv;
+    even = s * s / std::sqrt(s * s * s * s + 1.0);
+  } else {
+    odd = s / std::sqrt(s * s + 1.0);
+    const double u = negKnee * s * s;
+    even = (u / std::sqrt(u * u + 1.0)) * negKneeInv;
+  }
+  const double y = odd - evenWeight * even;
+  const double out = (y - postFb * curvePrev) * postScale;
+  curvePrev = y;
+  return out;
+}
+
+double AsymSat::leftTone(double x) {
+  x = eq[2].filter(x);
+  x = tone[0].process(x);
+  x = eq[6].filter(x);
+  x = tone[2].process(x);
+  return tone[4].process(x);
+}
+
+double AsymSat::rightTone(double x) {
+  x = eq[3].filter(x);
+  x = tone[1].process(x);
+  x = eq[7].filter(x);
+  x = tone[3].process(x);
+  return tone[5].process(x);
+}
+
+double AsymSat::blockDc(double x, double& dc, double& prev) {
+  dc = FlushDenormal(0.999 * dc + x - prev);
+  prev = x;
+  return dc;
+}
+
+double AsymSat::process_Stereo(double inL, double inR) {
+  smoothGain();
+  workL = gainSmoothed * inL + 1e-11 * noiseSample(seedL);
+  workR = gainSmoothed * inR + 1e-11 * noiseSample(seedR);
+
+  workL = eq[0].filter(workL);
+  workR = eq[1].filter(workR);
+
+  const double m = advanceDrift();
+  workL *= m;
+  workR *= m;
+
+  const double r = detectorGain();
+  workL *= r;
+  workR *= r;
+  // Feedback design: the reduced signal steers the next frame's gain, linking both channels.
+  detFeedback = 0.05 * (workL + workR);
+  workL *= 4.0;
+  workR *= 4.0;
+
+  // Zero stuffing at twice the rate; the factor restores the level the zeros take away.
+  // Decimation keeps the first sub-sample, the second only advances the filters.
+  for (int i = 0; i < oversample; ++i) {
+    osL = i == 0 ? oversample * workL : 0.0;
+    osR = i == 0 ? oversample * workR : 0.0;
+    osL = upL.process(osL);
+    osR = upR.process(osR);
+    osL = curve(osL, memL, curvePrevL);
+    osR = curve(osR, memR, curvePrevR);
+    osL = downL.process(osL);
+    osR = downR.process(osR);
+    if (i == 0) {
+      outL = osL;
+      outR = osR;
+    }
+  }
+
+  outL *= outScale;
+  outR *= outScale;
+  outL = leftTone(outL);
+  outR = rightTone(outR);
+  outL /= driftGainL;
+  outR /= driftGainR;
+  outL = FlushDenormal(blockDc(outL, dcL, dcPrevL));
+  outR = FlushDenormal(blockDc(outR, dcR, dcPrevR));
+  return outL;
+}
+
+double AsymSat::process_Mono(double in) {
+  smoothGain();
+  workL = gainSmoothed * in + 1e-11 * noiseSample(seedL);
+  workL = eq[0].filter(workL);
+  workL *= advanceDrift();
+  workL *= detectorGain();
+  // 0.1·x is exactly 0.05·(x + x): the stereo feed when both channels carry the same signal.
+  detFeedback = 0.1 * workL;
+  workL *= 4.0;
+
+  for (int i = 0; i < oversample; ++i) {
+    osL = i == 0 ? oversample * workL : 0.0;
+    osL = upL.process(osL);
+    osL = curve(osL, memL, curvePrevL);
+    osL = downL.process(osL);
+    if (i == 0) outL = osL;
+  }
+
+  outL *= outScale;
+  outL = leftTone(outL);
+  outL /= driftGainL;
+  outL = FlushDenormal(blockDc(outL, dcL, dcPrevL));
+  return outL;
+}

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "dsp/DriftGenerator.h"
+#include "dsp/HalfBandFilter.h"
+#include "dsp/OnePoleStage.h"
+#include "dsp/RBJ.h"
+#include "dsp/SystemRand.h"
+
+// The sound of the effect: a sample-by-sample saturator with smoothed input gain and a tiny
+// noise floor, pre-emphasis, slow random gain drift, a linked feedback level detector, a curve
+// run at twice the sample rate that bends the two half-waves differently, output
+// compensation, de-emphasis and tone shaping, removal of the drift gain and a DC blocker.
+//
+// A plain structure with all its state inline: the effect reads outR after each stereo frame,
+// nothing is allocated, and destruction releases nothing.
+// init_all sets coefficients only; no filter state is ever cleared except by construction.
+struct AsymSat {
+  AsymSat() = default;
+
+  // driveDb sets the input gain and the even-harmonic weight; freqResponse (-10 to 10) the
+  // emphasis and tone; driftAmount the depth of the random drift; asymmetry (0 to 1) how
+  // differently the two half-waves bend.
+  void init_all(double sampleRate, double driveDb, double freqResponse, double driftAmount, double asymmetry);
+
+  // One frame; returns the left output, the right one is left in outR.
+  double process_Stereo(double inL, double inR);
+
+  // The left-channel path alone, with the shared stages (gain smoothing, drift, level detector)
+  // run once. For equal left and right input it returns what process_Stereo returns.
+  double process_Mono(double in);
+
+  // One channel's curve step at the doubled rate, with that channel's memory and previous
+  // curve output.
+  double curve(double x, double& mem, double& curvePrev) const;
+
+  HalfBandFilter upL, upR, downL, downR;
+  // [0]/[1] low-pass, [2]/[3] 10 kHz shelf, [4]/[5] 14 kHz shelf; even slots left, odd right.
+  OnePoleStage tone[6];
+  // [0]/[1] pre-emphasis, [2]/[3] de-emphasis, [6]/[7] low bump; [4], [5], [8], [9] idle.
+  RBJ eq[10];
+  // Only drift[0] runs; drift[1] is configured alike and stays idle.
+  DriftGenerator drift[2];
+  int seedL = 0, seedR = 0;
+  double gainSmoothed = 0.0;
+  double dcL = 0.0, dcPrevL = 0.0, dcR = 0.0, dcPrevR = 0.0;
+  double workL = 0.0, workR = 0.0;
+  double osL = 0.0, osR = 0.0;
+  double memIn = 0.5, memFb = 0.5, postScale = 0.5, postFb = 0.5;
+  double memL = 0.0, memR = 0.0;
+  double curvePrevL = 0.0, curvePrevR = 0.0;
+  double driftGainL = 0.0, driftGainR = 0.0;
+  double driftDepth = 0.0;
+  double gainTarget = 0.0;
+  double outScale = 0.0;
+  double outL = 0.0, outR = 0.0;
+  double detEnv = 0.0;
+  double detOffset = 106.0;
+  double detFastCoef = 0.0;  // kept for a faster detector; nothing reads it yet
+  double detCoef = 0.0;
+  double detFeedback = 0.0;
+  double detSpare = 2.4;  // not read
+  double detSlope = -0.5833333333333334;
+  double posKnee = 1.0, posKneeInv = 1.0, negKnee = 1.0, negKneeInv = 1.0;
+  double evenWeight = 0.05;
+  int oversample = 0;
+  int spareFlag = 1;  // not read
+  int detState = 0;   // direction of the last detector update; informational
+  int detHold = 1;
+
+  // The drift targets' random source, private to this instance.
+  SystemRand driftRandom;
+
+private:
+  void smoothGain();
+  double noiseSample(int& seed) const;
+  double advanceDrift();
+  double detectorGain();
+  void updateDetector(double q);
+  double leftTone(double x);
+  double rightTone(double x);
+  static double blockDc(double x, double& dc, double& prev);
+};
