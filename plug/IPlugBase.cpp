@@ -1,10 +1,13 @@
 #include "plug/IPlugBase.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
 #include "editor/IGraphics.h"
+#include "plug/Hosts.h"
+#include "plug/Version.h"
 
 namespace {
 
@@ -23,11 +26,11 @@ IPlugBase::IPlugBase(int nParams, const char* channelIOStr, int nPresets, const 
       mStateChunks(plugDoesChunks),
       mIsInst(plugIsInst),
       mLatency(latency) {
-  (void)nPresets;
   CopyName(mEffectName, effectName);
   CopyName(mProductName, productName);
   CopyName(mMfrName, mfrName);
   for (int i = 0; i < nParams; ++i) mParams.Add(new IParam);
+  for (int i = 0; i < nPresets; ++i) mPresets.Add(new PresetSlot);
   ParseChannelIOString(channelIOStr);
 }
 
@@ -36,6 +39,7 @@ IPlugBase::~IPlugBase() {
   delete mGraphics;
   mGraphics = nullptr;
   mParams.Empty();
+  mPresets.Empty();
   mInChannels.Empty();
   mOutChannels.Empty();
   mChannelIO.Empty();
@@ -273,4 +277,74 @@ void IPlugBase::ProcessSingleReplacing(float** inputs, float** outputs, int nFra
   size_t bytes = sizeof(float) * nFrames;
   for (int i = 0; i < NInChannels(); ++i) std::memcpy(outputs[i], inputs[i], bytes);
   for (int i = NInChannels(); i < NOutChannels(); ++i) std::memset(outputs[i], 0, bytes);
+}
+
+int IPlugBase::GetEffectVersion(bool decimal) const { return decimal ? DecimalVersion(mVersion) : mVersion; }
+
+int IPlugBase::GetHostVersion(bool decimal) const {
+  return decimal ? DecimalVersion(mHostVersion) : mHostVersion;
+}
+
+bool IPlugBase::SetHost(const char* host, int version) {
+  mHost = LookUpHost(host);
+  mHostVersion = version;
+  return false;
+}
+
+bool IPlugBase::SerializeParams(ByteChunk* chunk) {
+  if (!chunk) return false;
+  WDL_MutexLock lock(&mMutex);
+  for (int i = 0; i < NParams(); ++i) {
+    double value = GetParam(i)->Value();
+    if (chunk->Put(&value) <= 0) return false;
+  }
+  return true;
+}
+
+// A short chunk is applied as far as it goes; the parameter at which it ends falls to 0.0 (in its
+// range) and the ones after it keep their values. The effect hears about every parameter.
+int IPlugBase::UnserializeParams(const ByteChunk* chunk, int startPos) {
+  WDL_MutexLock lock(&mMutex);
+  int pos = startPos < 0 ? -1 : startPos;
+  for (int i = 0; pos >= 0 && i < NParams(); ++i) {
+    IParam* param = GetParam(i);
+    double value = 0.0;
+    pos = chunk ? chunk->Get(&value, pos) : -1;
+    param->Set(std::clamp(value, param->GetMin(), param->GetMax()));
+  }
+  for (int i = 0; i < NParams(); ++i) OnParamChange(i);
+  return pos;
+}
+
+// Stored and current values are compared in single precision, so tiny drifts from a host's
+// round trip through its own formats do not count as a change. Takes no lock: it only reads.
+bool IPlugBase::CompareState(const unsigned char* data, int startPos) {
+  const unsigned char* stored = data + sizeof(double) * startPos;
+  bool equal = true;
+  for (int i = 0; i < NParams(); ++i) {
+    double storedValue;
+    std::memcpy(&storedValue, stored + sizeof(double) * i, sizeof(double));  // may be unaligned
+    float difference = static_cast<float>(GetParam(i)->Value()) - static_cast<float>(storedValue);
+    equal &= std::fabs(difference) < 0.00001;
+  }
+  return equal;
+}
+
+void IPlugBase::MakeDefaultPreset(const char* name, int nPresets) {
+  for (int round = 0; round < nPresets; ++round) {
+    PresetSlot* slot = nullptr;
+    for (int i = 0; i < NPresets() && !slot; ++i) {
+      if (!mPresets.Get(i)->mInitialized) slot = mPresets.Get(i);
+    }
+    if (!slot) continue;
+    slot->mInitialized = true;
+    std::strcpy(slot->mName, name ? name : "Empty");
+    SerializeState(&slot->mChunk);
+  }
+}
+
+void IPlugBase::PruneUninitializedPresets() {
+  for (int i = NPresets() - 1; i >= 0; --i) {
+    if (!mPresets.Get(i)->mInitialized) mPresets.Delete(i);
+  }
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "plug/ByteChunk.h"
 #include "plug/IParam.h"
 #include "plug/IPlugStructs.h"
 #include "plug/PassThroughDelay.h"
+#include "plug/PresetSlot.h"
 #include "plug/WDL_Mutex.h"
 #include "plug/WDL_PtrList.h"
 #include "plug/WDL_TypedBuf.h"
@@ -38,6 +40,16 @@ public:
   virtual void ProcessMidiMsg(IMidiMsg* msg) { SendMidiMsg(msg); }
   virtual void ProcessSysEx(ISysEx* /*msg*/) {}
   virtual bool MidiNoteName(int noteNumber, char* name);
+
+  // State: every parameter's plain value as a double, in index order (see SerializeParams).
+  virtual bool SerializeState(ByteChunk* chunk) { return SerializeParams(chunk); }
+  virtual int UnserializeState(const ByteChunk* chunk, int startPos) {
+    return UnserializeParams(chunk, startPos);
+  }
+  // True when the stored doubles at data (startPos counts doubles) match the current values to
+  // within 1e-5 in single precision. `data` must hold NParams() doubles after startPos.
+  virtual bool CompareState(const unsigned char* data, int startPos);
+
   virtual void OnWindowResize() {}
   virtual bool HostRequestingAboutBox() { return false; }
   virtual void OnHostIdentified() {}
@@ -87,8 +99,29 @@ public:
   const char* GetMfrName() const { return mMfrName; }
   int GetUniqueID() const { return mUniqueID; }
   int GetMfrID() const { return mMfrID; }
+  // The packed version 0xVVVVRRMM, or with `decimal` major x 10000 + minor x 100 + patch.
+  int GetEffectVersion(bool decimal) const;
+  int GetHostVersion(bool decimal) const;
   bool DoesStateChunks() const { return mStateChunks; }
   bool IsInst() const { return mIsInst; }
+
+  // Identifies the host by name (see LookUpHost) and keeps its packed version.
+  bool SetHost(const char* host, int version);
+
+  // ---- state and presets ----
+  // Appends each parameter's value; false if an append fails to grow the chunk.
+  bool SerializeParams(ByteChunk* chunk);
+  // Reads values from startPos in index order, clamping each into its range, up to the first
+  // short read, which leaves 0.0 (clamped) in that parameter. OnParamChange then runs for every
+  // parameter. Returns the position after the last value, or -1.
+  int UnserializeParams(const ByteChunk* chunk, int startPos);
+  // Fills up to nPresets uninitialised slots with the current values, named `name` ("Empty"
+  // when null).
+  void MakeDefaultPreset(const char* name, int nPresets);
+  // Drops every slot that was never filled, keeping the others in order.
+  void PruneUninitializedPresets();
+  int NPresets() const { return mPresets.GetSize(); }
+  const PresetSlot* GetPreset(int idx) const { return mPresets.Get(idx); }
 
   // ---- the processing frame, driven by the adaptor ----
   void SetSampleRate(double sampleRate) { mSampleRate = sampleRate; }
@@ -125,6 +158,7 @@ private:
   int mVersion;
   EAPI mAPI;
   int mHost = -1;
+  int mHostVersion = 0;
   bool mStateChunks;
   bool mIsInst;
   double mSampleRate = 44100.0;
@@ -133,6 +167,7 @@ private:
   PassThroughDelay* mDelay = nullptr;
   IGraphics* mGraphics = nullptr;
   WDL_PtrList<IParam> mParams;
+  WDL_PtrList<PresetSlot> mPresets;
   WDL_TypedBuf<double*> mInData;
   WDL_TypedBuf<double*> mOutData;
   WDL_PtrList<InputChannel> mInChannels;
