@@ -1,0 +1,70 @@
+#include "plug/IPlugOffline.h"
+
+#include <algorithm>
+
+#include "editor/IGraphics.h"
+
+IPlugOffline::IPlugOffline(IPlugInstanceInfo /*instanceInfo*/, int nParams,
+                           const char* channelIOStr, int nPresets, const char* effectName,
+                           const char* productName, const char* mfrName, int vendorVersion,
+                           int uniqueID, int mfrID, int latency, bool plugDoesMidi,
+                           bool plugDoesChunks, bool plugIsInst, int /*plugScChans*/)
+    : IPlugBase(nParams, channelIOStr, nPresets, effectName, productName, mfrName, vendorVersion,
+                uniqueID, mfrID, latency, plugDoesMidi, plugDoesChunks, plugIsInst, kAPIOffline),
+      mDoesMidi(plugDoesMidi) {
+  CreatePassThroughDelay();
+  SetInputChannelConnections(0, NInChannels(), true);
+  SetOutputChannelConnections(0, NOutChannels(), true);
+  SetBlockSize(1024);
+}
+
+void IPlugOffline::SetIO(int nIn, int nOut) {
+  nIn = std::clamp(nIn, 0, NInChannels());
+  nOut = std::clamp(nOut, 0, NOutChannels());
+  SetInputChannelConnections(0, nIn, true);
+  SetInputChannelConnections(nIn, NInChannels() - nIn, false);
+  SetOutputChannelConnections(0, nOut, true);
+  SetOutputChannelConnections(nOut, NOutChannels() - nOut, false);
+}
+
+void IPlugOffline::SetParameter(int paramIdx, double plainValue) {
+  IParam* param = GetParam(paramIdx);
+  if (!param) return;
+  WDL_MutexLock lock(&GetMutex());
+  if (IGraphics* graphics = GetGUI()) graphics->SetParameterFromPlug(paramIdx, plainValue, false);
+  param->Set(std::clamp(plainValue, param->GetMin(), param->GetMax()));
+  OnParamChange(paramIdx);
+}
+
+void IPlugOffline::AttachHostBuffers(float** inputs, float** outputs, int nFrames) {
+  AttachInputBuffers(0, NInChannels(), inputs, nFrames);
+  AttachOutputBuffers(0, NOutChannels(), outputs);
+}
+
+void IPlugOffline::ProcessAudio(float** inputs, float** outputs, int nFrames) {
+  WDL_MutexLock lock(&GetMutex());
+  AttachHostBuffers(inputs, outputs, nFrames);
+  ProcessBuffers(0.f, nFrames);
+  mSamplePos += std::max(nFrames, 0);
+}
+
+void IPlugOffline::ProcessAudioBypassed(float** inputs, float** outputs, int nFrames) {
+  WDL_MutexLock lock(&GetMutex());
+  AttachHostBuffers(inputs, outputs, nFrames);
+  PassThroughBuffers(0.f, nFrames);
+  mSamplePos += std::max(nFrames, 0);
+}
+
+void IPlugOffline::GetTimeSig(int* numerator, int* denominator) {
+  if (numerator) *numerator = 4;
+  if (denominator) *denominator = 4;
+}
+
+void IPlugOffline::GetTime(ITimeInfo* timeInfo) {
+  if (!timeInfo) return;
+  timeInfo->mTempo = kTempo;
+  timeInfo->mSamplePos = mSamplePos;
+  timeInfo->mPPQPos = mSamplePos / GetSampleRate() * kTempo / 60.0;
+  GetTimeSig(&timeInfo->mNumerator, &timeInfo->mDenominator);
+  timeInfo->mTransportIsRunning = true;
+}
