@@ -1,19 +1,18 @@
 #include "dsp/AsymSat.h"
 
+#include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
+#include "dsp/NoiseSource.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr double kDbToLinear = 0.1151292546497;        // ln 10 / 20
-constexpr double kLinearToDb = 8.685889638065037;      // 20 / ln 10
 constexpr double kTwoPi = 6.283185307179586;
 constexpr double kOmega14k = 87964.5943005142;         // 2π·14000
 constexpr double kOmega12k = 75398.22368615503;        // 2π·12000
 constexpr double kOmega10k = 62831.853071795864;       // 2π·10000
-constexpr double kNegInvNoisePeriod = -7.144490169181527e-06;  // -1 / 139968
 
 // Tone stages map an analogue corner w with 3·fs rather than the bilinear 2·fs; the voicing
 // was tuned with that mapping.
@@ -101,12 +100,6 @@ void AsymSat::smoothGain() {
   outScale = 0.28061551207734 / gainSmoothed;
 }
 
-// A faint, deterministic floor of about 1e-11 keeps the filters away from exact zero.
-double AsymSat::noiseSample(int& seed) const {
-  seed = (seed * 3877 + 29573) % 139968;
-  return FlushDenormal(1.0 + 2 * seed * kNegInvNoisePeriod);
-}
-
 double AsymSat::advanceDrift() {
   const double m = drift[0].advance(driftRandom) * driftDepth + 1.0;
   driftGainL = m;
@@ -186,8 +179,8 @@ double AsymSat::blockDc(double x, double& dc, double& prev) {
 
 double AsymSat::process_Stereo(double inL, double inR) {
   smoothGain();
-  workL = gainSmoothed * inL + 1e-11 * noiseSample(seedL);
-  workR = gainSmoothed * inR + 1e-11 * noiseSample(seedR);
+  workL = gainSmoothed * inL + 1e-11 * NextNoise(seedL);
+  workR = gainSmoothed * inR + 1e-11 * NextNoise(seedR);
 
   workL = eq[0].filter(workL);
   workR = eq[1].filter(workR);
@@ -234,7 +227,7 @@ double AsymSat::process_Stereo(double inL, double inR) {
 
 double AsymSat::process_Mono(double in) {
   smoothGain();
-  workL = gainSmoothed * in + 1e-11 * noiseSample(seedL);
+  workL = gainSmoothed * in + 1e-11 * NextNoise(seedL);
   workL = eq[0].filter(workL);
   workL *= advanceDrift();
   workL *= detectorGain();

@@ -72,7 +72,6 @@ struct AsymSat {
 
 private:
   void smoothGain();
-  double noiseSample(int& seed) const;
   double advanceDrift();
   double detectorGain();
   void updateDetector(double q);

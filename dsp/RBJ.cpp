@@ -1,5 +1,6 @@
 #include "dsp/RBJ.h"
 
+#include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
 
 #include <cmath>
@@ -7,7 +8,6 @@
 namespace {
 
 constexpr double kTwoPi = 6.283185307179586;
-constexpr double kDbToLinear = 0.1151292546497;  // ln 10 / 20
 
 struct Coefficients {
   double b0, b1, b2, a0, a1, a2;

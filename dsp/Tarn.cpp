@@ -19,6 +19,10 @@ Tarn::Tarn(IPlugInstanceInfo instanceInfo)
   MakeDefaultPreset("-", 1);
 }
 
+// The saturator's destructor runs here and once more as the member is destroyed. It keeps all
+// its state inline and releases nothing, so the second run is harmless; it must stay that way.
+Tarn::~Tarn() { mSat.~AsymSat(); }
+
 // Crosstalk is a faint leak between the channels, never a mix: its whole range lies below -60 dB.
 void Tarn::InitParameters() {
   GetParam(kInputTrim)->InitDouble("Input Trim", 0.0, -20.0, 20.0, 0.1, "dB", "");

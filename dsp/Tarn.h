@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/AsymSat.h"
+#include "dsp/RBJ.h"
 #include "plug/IPlugAdaptor.h"
 
 // Tarn's parameters, in index order.
@@ -15,13 +17,70 @@ enum EParams {
   kNumParams
 };
 
-// The analogue-style saturation effect: its identity as the host sees it and its parameters.
+// The analogue-style saturation effect: its identity as the host sees it, its parameters and
+// its audio engine (input trim, start-up fade, crosstalk, the saturator, output gain, bypass
+// crossfade, safety clamp, a coloured noise floor and a VU meter).
 class Tarn : public IPlugAdaptor {
 public:
   explicit Tarn(IPlugInstanceInfo instanceInfo);
+  ~Tarn() override;
+
+  void Reset() override;
+  void OnParamChange(int paramIdx) override;
+  void ProcessDoubleReplacing(double** inputs, double** outputs, int nFrames) override;
+
+  // The meter's needle: the ballistics' value while no editor is attached, the scaled needle
+  // position sent to the editor otherwise.
+  double GetNeedle() const { return mNeedle; }
+  // The editor's needle control, which receives the needle once per block.
+  void SetMeterControl(int controlIdx) { mMeterControl = controlIdx; }
 
 private:
   void InitParameters();
+
+  // Per block: every coefficient from the current parameter values.
+  void SetUpBlock();
+  void ProcessStereo(double** inputs, double** outputs, int nFrames);
+  void ProcessMono(double** inputs, double** outputs, int nFrames);
+  // Fade and bypass ramp for one frame; returns the input gain for it.
+  double AdvanceFrame();
+  double MixWetDry(double wet, double dry) const;
+  void FeedMeter(double in, double out);
+  void SendNeedle();
+
+  double mFadeIn = 0.0;
+  double mBypassRamp = 0.0;
+  RBJ mXtalkToLeft{};
+  double mXtalkToLeftGain = 0.0;
+  RBJ mXtalkToRight{};
+  double mXtalkToRightGain = 0.0;
+  AsymSat mSat;
+  int mNoiseSeedL = 0, mNoiseSeedR = 0;
+  RBJ mNoiseFilterL{}, mNoiseFilterR{};
+  double mVuA = 0.0, mVuP = 0.0;
+  double mVuAvg = 0.0;
+  double mVuHold = 0.0;
+  double mVuRise = 0.0, mVuFall = 0.0;
+  double mRmsCoef = 0.0;
+  double mRmsInSq = 0.0, mRmsIn = 0.0;
+  double mRmsOutSq = 0.0, mRmsOut = 0.0;
+  int mMeterControl = 0;
+  int mVuMode = 0;
+  double mMeterSource = 0.0;
+  double mNeedle = 0.0;
+  double mRmsDiffDb = 0.0;
+  double mInGain = 1.0;
+  double mInGainInv = 1.0;  // kept in step with mInGain; nothing reads it
+  double mOutGain = 1.0;
+  double mNoiseLevel = 3.0517578125e-05;  // 2^-15 until the first block sets it
+  double mMix = 1.0;
+  bool mBypass = false;
+  double mDesignRate = 44100.0;
+  double mCrosstalkDb = -90.0;  // the block's "Crosstalk Level", read once at set-up
+  double mInL = 0.0, mInR = 0.0;
+  double mInMono = 0.0;
+  double mOutL = 0.0, mOutR = 0.0;
+  double mOutMono = 0.0;
 };
 
 // Creates one effect instance. Construction is serialised process-wide, so hosts may create

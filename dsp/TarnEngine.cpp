@@ -1,0 +1,189 @@
+// Tarn's audio engine: parameter hand-over, reset and the per-block processing chain.
+#include "dsp/Tarn.h"
+
+#include "dsp/Decibels.h"
+#include "dsp/Denormal.h"
+#include "dsp/NoiseSource.h"
+#include "editor/IGraphics.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double kTwoPi = 6.283185307179586;
+constexpr double kFixedOutputTrim = -0.13815510557964;  // -1.2 dB as a natural exponent
+constexpr double kNeedleReference = 2.0723265836946;    // +18 dB: -18 dBFS average reads 1.0
+constexpr double kClamp = 20.0;
+constexpr double kNeedleZeroMark = 0.638;
+
+// Stereo outputs: anything below 2^-54 in magnitude, and infinities and NaNs, become 0.
+inline double FlushTinyOrNonFinite(double v) {
+  return ((ExponentField(v) + 1) & 0x7FF) <= 969 ? 0.0 : v;
+}
+
+inline double ClampOutput(double v) { return v < -kClamp ? -kClamp : std::min(kClamp, v); }
+
+}  // namespace
+
+void Tarn::OnParamChange(int paramIdx) {
+  WDL_MutexLock lock(&GetMutex());
+  switch (paramIdx) {
+    case kInputTrim:
+      mInGain = GetParam(kInputTrim)->DBToAmp();
+      mInGainInv = 1.0 / mInGain;
+      break;
+    case kOutputComp: {
+      const double value = GetParam(kOutputComp)->Value();
+      mOutGain = GetParam(kOutputComp)->DBToAmp() * std::exp(kFixedOutputTrim);
+      // Superseded by the next block's set-up before it reaches the audio.
+      mNoiseLevel = std::exp((0.3 * value - 90.0) * kDbToLinear);
+      break;
+    }
+    case kBypass:
+      mBypass = GetParam(kBypass)->Value() != 0.0;
+      mMix = mBypass ? 0.0 : 1.0;
+      break;
+    default:
+      break;
+  }
+}
+
+void Tarn::Reset() {
+  WDL_MutexLock lock(&GetMutex());
+  mDesignRate = GetSampleRate();
+  mSat.init_all(mDesignRate, 0.0, 0.0, 0.2, 0.5);
+  mRmsDiffDb = 0.0;
+  mFadeIn = 1.0;
+}
+
+// Coefficients are designed once per block, so parameter changes act at block boundaries.
+void Tarn::SetUpBlock() {
+  const double fs = GetSampleRate();
+  const double drive = GetParam(kDrive)->Value();
+  const double trim = GetParam(kInputTrim)->Value();
+  const double crosstalkDb = GetParam(kCrosstalk)->Value();
+
+  // Ballistics settle to 1 % in 300 ms; the averaging low-pass has unity gain at DC.
+  mVuRise = mVuFall = std::pow(0.01, 1.0 / (fs * 0.001 * 300.0));
+  mVuP = (3.0 * fs - kTwoPi) / (3.0 * fs + kTwoPi);
+  mVuA = kTwoPi / (3.0 * fs + kTwoPi);
+  mRmsCoef = std::exp(-1.0 / (0.6 * fs));  // 600 ms integration
+
+  const double levelDb = 6.0 * drive - 40.0;  // "Drive" 0 to 10 spans -40 to +20 dB
+  mNoiseLevel = std::exp((0.1 * trim - 90.0) * kDbToLinear);  // -90 dB, moved by trim / 10
+  // The noise and crosstalk filters are designed at the rate captured by the last Reset.
+  mNoiseFilterL.setup(8, 850.0, mDesignRate, 0.2, levelDb * 0.25 - 14.0, true);
+  mNoiseFilterR.setup(8, 850.0, mDesignRate, 0.2, levelDb * 0.25 - 14.0, true);
+  mXtalkToLeft.setup(7, 867.0, mDesignRate, 0.24, -3.1, true);
+  mXtalkToRight.setup(7, 867.0, mDesignRate, 0.24, -3.1, true);
+  mXtalkToLeftGain = std::exp(crosstalkDb * kDbToLinear);
+  mXtalkToRightGain = std::exp((crosstalkDb + 1.0) * kDbToLinear);  // 1 dB stronger on purpose
+  mCrosstalkDb = crosstalkDb;
+
+  mVuMode = static_cast<int>(GetParam(kVuMode)->Value());
+  mSat.init_all(fs, levelDb, GetParam(kFreqResponse)->Value(), 0.01 * trim + 0.2,
+                0.1 * GetParam(kAsymmetry)->Value());
+}
+
+double Tarn::AdvanceFrame() {
+  if (mFadeIn <= 1.0) mFadeIn += 0.0001;
+  mBypassRamp = 0.99 * mBypassRamp + (mBypass ? 0.0 : 0.010000000000000009);
+  mMix = mBypassRamp;
+  return mInGain * mFadeIn;
+}
+
+double Tarn::MixWetDry(double wet, double dry) const {
+  return ClampOutput(wet * mOutGain * mMix + (1.0 - mMix) * dry);
+}
+
+void Tarn::FeedMeter(double in, double out) {
+  mMeterSource = mVuMode == 0 ? in : out;
+  mVuAvg = mVuP * mVuAvg + 2.0 * mVuA * std::fabs(mMeterSource);
+  const double coef = mVuAvg > mVuHold ? mVuRise : mVuFall;
+  mVuHold = FlushDenormal(mVuAvg + (mVuHold - mVuAvg) * coef);
+  mNeedle = mVuHold;
+
+  mRmsInSq = mRmsCoef * mRmsInSq + (1.0 - mRmsCoef) * (in * in);
+  mRmsIn = std::sqrt(mRmsInSq);
+  mRmsOutSq = mRmsCoef * mRmsOutSq + (1.0 - mRmsCoef) * (out * out);
+  mRmsOut = std::sqrt(mRmsOutSq);
+  if (mRmsOut < 1e-06) mRmsOut = 0.0;
+  mRmsDiffDb = FlushDenormal(kLinearToDb * std::log(std::fabs(mRmsOut)) -
+                             kLinearToDb * std::log(std::fabs(mRmsIn)));
+}
+
+void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
+  const double* inL = inputs[0];
+  const double* inR = inputs[1];
+  double* outL = outputs[0];
+  double* outR = outputs[1];
+  // At the bottom of the range the leak is off and both crosstalk filters stand still.
+  const bool crosstalkOn = mCrosstalkDb > -120.0;
+  for (int n = 0; n < nFrames; ++n) {
+    const double g = AdvanceFrame();
+    mInL = inL[n] * g;
+    mInR = inR[n] * g;
+
+    double satInL = mInL;
+    double satInR = mInR;
+    if (crosstalkOn) {
+      const double eL = mXtalkToRight.filter(mInL);
+      const double eR = mXtalkToLeft.filter(mInR);
+      satInL = mInL + eR * mXtalkToLeftGain;
+      satInR = mInR + eL * mXtalkToRightGain;
+    }
+    const double sL = mSat.process_Stereo(satInL, satInR);
+    const double sR = mSat.outR;
+
+    mOutL = MixWetDry(sL, mInL);
+    mOutR = MixWetDry(sR, mInR);
+    mOutL += mNoiseFilterL.filter(NextNoise(mNoiseSeedL) * mNoiseLevel);
+    mOutR += mNoiseFilterR.filter(NextNoise(mNoiseSeedR) * mNoiseLevel);
+    mOutL = FlushTinyOrNonFinite(mOutL * mFadeIn);
+    mOutR = FlushTinyOrNonFinite(mOutR * mFadeIn);
+    outL[n] = mOutL;
+    outR[n] = mOutR;
+
+    mInMono = 0.5 * (mInL + mInR);
+    mOutMono = 0.5 * (mOutL + mOutR);
+    FeedMeter(mInMono, mOutMono);
+  }
+}
+
+void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
+  const double* inL = inputs[0];
+  double* outL = outputs[0];
+  for (int n = 0; n < nFrames; ++n) {
+    mInL = inL[n] * AdvanceFrame();
+    mOutL = MixWetDry(mSat.process_Mono(mInL), mInL);
+    mOutL += mNoiseFilterL.filter(NextNoise(mNoiseSeedL) * mNoiseLevel);
+    mOutL = FlushDenormal(mOutL * mFadeIn);  // infinities and NaNs pass in mono
+    outL[n] = mOutL;
+    FeedMeter(mInL, mOutL);
+  }
+}
+
+// Maps the meter to the needle's scale and hands it to the editor.
+void Tarn::SendNeedle() {
+  if (mVuMode == 1) {
+    mNeedle = std::fabs(mRmsDiffDb) < 50.0 ? std::exp((mRmsDiffDb - 3.95) * kDbToLinear)
+                                           : kNeedleZeroMark;
+  } else {
+    mNeedle = mNeedle * std::exp(kNeedleReference);
+  }
+  if (mNeedle > kNeedleZeroMark) mNeedle = kNeedleZeroMark + (mNeedle - kNeedleZeroMark) * 0.43;
+  mNeedle = mNeedle >= 0.015 ? std::min(0.98, mNeedle) : 0.015;
+  GetGUI()->SetControlFromPlug(mMeterControl, mNeedle);
+}
+
+// The base calls this under the instance mutex with the host's audio widened to double.
+void Tarn::ProcessDoubleReplacing(double** inputs, double** outputs, int nFrames) {
+  SetUpBlock();
+  if (IsInChannelConnected(1)) {
+    ProcessStereo(inputs, outputs, nFrames);
+  } else {
+    ProcessMono(inputs, outputs, nFrames);
+  }
+  if (GetGUI()) SendNeedle();
+}
