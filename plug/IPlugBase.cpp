@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
@@ -12,6 +13,14 @@
 namespace {
 
 void CopyName(char* dest, const char* src) { std::strcpy(dest, src ? src : ""); }
+
+// Returns the cleared buffer and lowers *fits to what it holds (less than asked if out of memory).
+double* ResizeAndClear(WDL_TypedBuf<double>& buf, int frames, int* fits) {
+  double* samples = buf.Resize(frames);
+  if (samples) std::memset(samples, 0, sizeof(double) * buf.GetSize());
+  *fits = std::min(*fits, buf.GetSize());
+  return samples;
+}
 
 }  // namespace
 
@@ -132,20 +141,17 @@ void IPlugBase::SetLatency(int samples) {
 // the effect must never be handed a stale pointer, connected channel or not.
 void IPlugBase::SetBlockSize(int blockSize) {
   if (blockSize == mBlockSize) return;
-  blockSize = std::max(blockSize, 0);
+  int fits = std::max(blockSize, 0);
   for (int i = 0; i < NInChannels(); ++i) {
     InputChannel* channel = mInChannels.Get(i);
-    double* scratch = channel->mScratchBuf.Resize(blockSize);
-    if (scratch) std::memset(scratch, 0, sizeof(double) * channel->mScratchBuf.GetSize());
-    *channel->mSrc = scratch;
+    *channel->mSrc = ResizeAndClear(channel->mScratchBuf, blockSize, &fits);
   }
   for (int i = 0; i < NOutChannels(); ++i) {
     OutputChannel* channel = mOutChannels.Get(i);
-    double* scratch = channel->mScratchBuf.Resize(blockSize);
-    if (scratch) std::memset(scratch, 0, sizeof(double) * channel->mScratchBuf.GetSize());
-    *channel->mDest = scratch;
+    *channel->mDest = ResizeAndClear(channel->mScratchBuf, blockSize, &fits);
   }
   mBlockSize = blockSize;
+  mScratchFrames = fits;
 }
 
 // A disconnected channel reads (or is written to) its own scratch buffer, so the effect always
@@ -181,7 +187,7 @@ bool IPlugBase::IsOutChannelConnected(int chIdx) const {
 // The scratch buffers hold one block of the size last given to SetBlockSize. A host handing
 // over more frames than that gets only that many processed: the rest of its buffers are left
 // untouched rather than written or read out of bounds.
-int IPlugBase::FramesThatFit(int nFrames) const { return std::clamp(nFrames, 0, mBlockSize); }
+int IPlugBase::FramesThatFit(int nFrames) const { return std::clamp(nFrames, 0, mScratchFrames); }
 
 // Connected channels consume the host's pointers in order; disconnected ones consume none. A
 // null host pointer for a connected channel reads as silence.
@@ -244,13 +250,14 @@ void IPlugBase::ConvertOutputsToHost(int nFrames) {
 }
 
 void IPlugBase::ZeroScratchBuffers() {
+  size_t bytes = sizeof(double) * mScratchFrames;
   for (int i = 0; i < NInChannels(); ++i) {
     double* scratch = mInChannels.Get(i)->mScratchBuf.Get();
-    if (scratch) std::memset(scratch, 0, sizeof(double) * mBlockSize);
+    if (scratch) std::memset(scratch, 0, bytes);
   }
   for (int i = 0; i < NOutChannels(); ++i) {
     double* scratch = mOutChannels.Get(i)->mScratchBuf.Get();
-    if (scratch) std::memset(scratch, 0, sizeof(double) * mBlockSize);
+    if (scratch) std::memset(scratch, 0, bytes);
   }
 }
 
@@ -319,7 +326,7 @@ int IPlugBase::UnserializeParams(const ByteChunk* chunk, int startPos) {
 // Stored and current values are compared in single precision, so tiny drifts from a host's
 // round trip through its own formats do not count as a change. Takes no lock: it only reads.
 bool IPlugBase::CompareState(const unsigned char* data, int startPos) {
-  const unsigned char* stored = data + sizeof(double) * startPos;
+  const unsigned char* stored = data + static_cast<std::ptrdiff_t>(sizeof(double)) * startPos;
   bool equal = true;
   for (int i = 0; i < NParams(); ++i) {
     double storedValue;

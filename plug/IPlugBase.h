@@ -163,6 +163,7 @@ private:
   bool mIsInst;
   double mSampleRate = 44100.0;
   int mBlockSize = 0;  // so that the first SetBlockSize always sizes the buffers
+  int mScratchFrames = 0;  // frames every scratch buffer really holds
   int mLatency;
   PassThroughDelay* mDelay = nullptr;
   IGraphics* mGraphics = nullptr;

@@ -1,6 +1,7 @@
 #include "plug/PassThroughDelay.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 
 PassThroughDelay::PassThroughDelay(int nIn, int nOut, int length) : mNIn(nIn), mNOut(nOut) {
@@ -9,10 +10,12 @@ PassThroughDelay::PassThroughDelay(int nIn, int nOut, int length) : mNIn(nIn), m
 
 void PassThroughDelay::SetLength(int length) {
   length = std::max(length, 0);
-  mLength = static_cast<uint32_t>(length);
-  double* samples = mBuf.Resize(length * mNIn);
+  long long samples = static_cast<long long>(length) * mNIn;
+  double* line = samples <= INT_MAX ? mBuf.Resize(static_cast<int>(samples)) : nullptr;
+  // A line that could not be made as long as asked for delays nothing rather than overrun.
+  mLength = mBuf.GetSize() == samples ? static_cast<uint32_t>(length) : 0;
   mWritePos = 0;
-  if (samples) std::memset(samples, 0, static_cast<size_t>(length * mNIn));  // bytes, see above
+  if (line && mLength) std::memset(line, 0, static_cast<size_t>(samples));  // bytes, see above
 }
 
 void PassThroughDelay::Process(double** inputs, double** outputs, int nFrames) {

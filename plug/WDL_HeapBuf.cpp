@@ -1,6 +1,7 @@
 #include "plug/WDL_HeapBuf.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 
@@ -10,7 +11,7 @@ constexpr int kPage = 4096;
 constexpr int kMaxStep = 4194304;
 constexpr int kAllocatorOverhead = 96;  // left free so that block plus header fill whole pages
 
-int RoundDownToPage(int bytes) { return bytes & ~(kPage - 1); }
+long long RoundDownToPage(long long bytes) { return bytes & ~static_cast<long long>(kPage - 1); }
 
 }  // namespace
 
@@ -21,8 +22,9 @@ void* WDL_HeapBuf::Resize(int newSize, bool resizeDown) {
   if (newSize == mSize) return Get();
 
   if (!KeepsAllocation(newSize, resizeDown)) {
-    int newAlloc = AllocationFor(newSize);
-    if (newAlloc != mAlloc && !Reallocate(newAlloc, newSize)) return Get();
+    long long newAlloc = AllocationFor(newSize);
+    if (newAlloc > INT_MAX) return Get();  // as if the allocation had failed
+    if (newAlloc != mAlloc && !Reallocate(static_cast<int>(newAlloc), newSize)) return Get();
   }
   mSize = newSize;
   return Get();
@@ -35,16 +37,17 @@ bool WDL_HeapBuf::KeepsAllocation(int newSize, bool resizeDown) const {
          newSize >= mAlloc - 4 * mGranularity;
 }
 
-int WDL_HeapBuf::AllocationFor(int newSize) const {
-  int alloc;
+// Worked in 64 bits: near the top of int the sums would overflow.
+long long WDL_HeapBuf::AllocationFor(int newSize) const {
+  long long alloc;
   if (mGranularity >= kPage) {
-    int g = RoundDownToPage(std::max(mGranularity, newSize / 2));
-    int step = g < kPage ? kPage : std::min(g, kMaxStep);
+    long long g = RoundDownToPage(std::max(mGranularity, newSize / 2));
+    long long step = g < kPage ? kPage : std::min<long long>(g, kMaxStep);
     alloc = RoundDownToPage(step + newSize + kAllocatorOverhead) - kAllocatorOverhead;
   } else {
-    alloc = newSize + std::max(mGranularity, newSize / 2);
+    alloc = static_cast<long long>(newSize) + std::max(mGranularity, newSize / 2);
   }
-  return std::max(alloc, mMinAlloc);
+  return std::max<long long>(alloc, mMinAlloc);
 }
 
 bool WDL_HeapBuf::Reallocate(int newAlloc, int newSize) {

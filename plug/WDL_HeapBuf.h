@@ -27,7 +27,7 @@ public:
 
 private:
   bool KeepsAllocation(int newSize, bool resizeDown) const;
-  int AllocationFor(int newSize) const;
+  long long AllocationFor(int newSize) const;
   bool Reallocate(int newAlloc, int newSize);
 
   void* mBuf = nullptr;

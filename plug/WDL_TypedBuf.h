@@ -1,5 +1,7 @@
 #pragma once
 
+#include <climits>
+
 #include "plug/WDL_HeapBuf.h"
 
 // A heap buffer of values of one trivially copyable type; sizes count values, not bytes.
@@ -10,7 +12,9 @@ public:
 
   T* Get() const { return static_cast<T*>(mHeap.Get()); }
   int GetSize() const { return mHeap.GetSize() / static_cast<int>(sizeof(T)); }
+  // A count whose byte size does not fit an int fails like an allocation: nothing changes.
   T* Resize(int count, bool resizeDown = true) {
+    if (count > INT_MAX / static_cast<int>(sizeof(T))) return Get();
     return static_cast<T*>(mHeap.Resize(count * static_cast<int>(sizeof(T)), resizeDown));
   }
   const WDL_HeapBuf& GetHeap() const { return mHeap; }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <vector>
 
 #include "TestPlug.h"
@@ -67,4 +68,20 @@ TEST(BadInput, ProcessingBeforeAnyBlockSizeDoesNothing) {
   EXPECT_EQ(ol[0], 9.f);
   plug.SetLatency(-3);
   EXPECT_EQ(plug.GetLatency(), 0);
+}
+
+TEST(BadInput, SizesTooLargeToAllocateKeepProcessingInBounds) {
+  TestPlug plug("1-1", 0, 6);
+  plug.scale = 1.0;
+  plug.SetBlockSize(256);
+  plug.SetBlockSize(INT_MAX / 4);  // more bytes than an int can count: the buffers stay as they are
+  std::vector<float> l(1000, 1.f), ol(1000, 9.f);
+  float* in[] = {l.data()};
+  float* out[] = {ol.data()};
+  plug.ProcessAudio(in, out, 1000);
+  EXPECT_EQ(plug.lastFrames, 256);
+
+  plug.SetLatency(INT_MAX / 2);  // the delay line cannot be made: bypass no longer delays
+  plug.ProcessAudioBypassed(in, out, 1000);
+  EXPECT_EQ(ol[999], 9.f);
 }
