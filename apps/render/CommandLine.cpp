@@ -89,6 +89,34 @@ const ValueOption* FindValueOption(const std::string& option) {
   return nullptr;
 }
 
+// Reads the option at args[*i], and its value, which may be the next argument (then *i moves on).
+// Long options also take their value after an equals sign: --block=256.
+bool ParseOption(const std::vector<std::string>& args, std::size_t* i, CommandLine* cli, std::string* error) {
+  const std::string& arg = args[*i];
+  const std::string::size_type equals = arg.rfind("--", 0) == 0 ? arg.find('=') : std::string::npos;
+  const std::string option = arg.substr(0, equals);
+  const bool hasValue = equals != std::string::npos;
+  if (option == "-h" || option == "--help" || option == "-q" || option == "--quiet") {
+    if (hasValue) {
+      *error = "option " + Quoted(option) + " takes no value";
+      return false;
+    }
+    (option == "-q" || option == "--quiet" ? cli->quiet : cli->help) = true;
+    return true;
+  }
+  const ValueOption* valueOption = FindValueOption(option);
+  if (!valueOption) {
+    *error = "unknown option " + Quoted(option);
+    return false;
+  }
+  if (!hasValue && *i + 1 >= args.size()) {
+    *error = "option " + Quoted(option) + " needs a value";
+    return false;
+  }
+  const std::string value = hasValue ? arg.substr(equals + 1) : args[++*i];
+  return valueOption->apply(value, cli, error);
+}
+
 bool SetInput(const std::string& arg, CommandLine* cli, std::string* error) {
   if (!cli->input.empty()) {
     *error = "unexpected argument " + Quoted(arg) + ": only one input file can be rendered at a time";
@@ -113,29 +141,8 @@ bool ParseCommandLine(const std::vector<std::string>& args, CommandLine* cli, st
       if (!SetInput(arg, cli, error)) return false;
     } else if (arg == "--") {
       optionsEnded = true;
-    } else if (arg == "-h" || arg == "--help") {
-      cli->help = true;
-    } else if (arg == "-q" || arg == "--quiet") {
-      cli->quiet = true;
-    } else {
-      // Long options also take their value after an equals sign: --block=256.
-      const std::string::size_type equals = arg.rfind("--", 0) == 0 ? arg.find('=') : std::string::npos;
-      const std::string option = arg.substr(0, equals);
-      const ValueOption* valueOption = FindValueOption(option);
-      if (!valueOption) {
-        *error = "unknown option " + Quoted(option);
-        return false;
-      }
-      std::string value;
-      if (equals != std::string::npos) {
-        value = arg.substr(equals + 1);
-      } else if (i + 1 < args.size()) {
-        value = args[++i];
-      } else {
-        *error = "option " + Quoted(option) + " needs a value";
-        return false;
-      }
-      if (!valueOption->apply(value, cli, error)) return false;
+    } else if (!ParseOption(args, &i, cli, error)) {
+      return false;
     }
   }
   return true;

@@ -65,6 +65,21 @@ std::string ListTexts(const std::vector<std::string>& texts) {
   return list;
 }
 
+// The parameter's own mapping decides; a text that differs only in letter case ("output" for
+// "Output") is taken as the text it spells.
+bool MapDisplayText(const ParamInfo& param, const std::string& text, double* value) {
+  if (param.displayTexts.empty()) return false;
+  int mapped = 0;
+  bool found = param.mapDisplayText(text.c_str(), &mapped);
+  for (std::size_t i = 0; !found && i < param.displayTexts.size(); ++i) {
+    if (Lowercase(param.displayTexts[i]) == Lowercase(text)) {
+      found = param.mapDisplayText(param.displayTexts[i].c_str(), &mapped);
+    }
+  }
+  if (found) *value = mapped;
+  return found;
+}
+
 bool ParseNumber(const std::string& text, double* value) {
   char* end = nullptr;
   const double v = std::strtod(text.c_str(), &end);
@@ -99,11 +114,8 @@ bool ResolveParam(const std::vector<ParamInfo>& table, const ParamArgument& arg,
   if (index < 0) return false;
   const ParamInfo& param = table[index];
 
-  int textValue = 0;
   double value = 0.0;
-  if (!param.displayTexts.empty() && param.mapDisplayText(arg.value.c_str(), &textValue)) {
-    value = textValue;
-  } else if (!ParseNumber(arg.value, &value)) {
+  if (!MapDisplayText(param, arg.value, &value) && !ParseNumber(arg.value, &value)) {
     *error = "value " + Quoted(arg.value) + " for " + Quoted(param.name) + " is not a number";
     if (!param.displayTexts.empty()) *error += " nor one of " + ListTexts(param.displayTexts);
     return false;

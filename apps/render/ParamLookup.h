@@ -31,8 +31,8 @@ struct ParamSetting {
 // more than one.
 int FindParam(const std::vector<ParamInfo>& table, const std::string& name, std::string* error);
 
-// Resolves NAME=VALUE. VALUE is one of the parameter's display texts or a number in its plain
-// units. A number outside the range is accepted unchanged (the host path clamps it) and
+// Resolves NAME=VALUE. VALUE is one of the parameter's display texts (in any letter case) or a
+// number in its plain units. A number outside the range is accepted unchanged (the host path clamps it) and
 // *warning names the range; *warning is cleared otherwise.
 bool ResolveParam(const std::vector<ParamInfo>& table, const ParamArgument& arg, ParamSetting* setting,
                   std::string* warning, std::string* error);
