@@ -3,7 +3,6 @@
 #include "Quoted.h"
 
 #include <cerrno>
-#include <cmath>
 #include <cstdlib>
 
 namespace render {

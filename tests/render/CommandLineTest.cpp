@@ -61,7 +61,8 @@ TEST(CommandLine, ReadsEveryOption) {
 
 TEST(CommandLine, LongFormsAndOptionsInAnyOrder) {
   const CommandLine cli =
-      Parse({"--output=x.wav", "--param", "trim=-3", "--block=64", "--rate=44100.5", "-q", "song.wav", "--param=a=b=c"});
+      Parse({"--output=x.wav", "--param", "trim=-3", "--block=64", "--rate=44100.5", "-q", "song.wav",
+             "--param=a=b=c"});
   EXPECT_EQ(cli.input, "song.wav");
   EXPECT_EQ(cli.output, "x.wav");
   ASSERT_EQ(cli.params.size(), 2u);

@@ -79,8 +79,8 @@ TEST(ParamLookup, UnknownNamesAreRefusedWithTheListOfNames) {
 }
 
 TEST(ParamLookup, AWordSharedByTwoNamesIsAmbiguousButAFullNameWins) {
-  const std::vector<ParamInfo> table = {FakeParam("Low Gain", 0, 1), FakeParam("High Gain", 0, 1), FakeParam("Tone", 0, 1),
-                                        FakeParam("Tone Shift", 0, 1)};
+  const std::vector<ParamInfo> table = {FakeParam("Low Gain", 0, 1), FakeParam("High Gain", 0, 1),
+                                        FakeParam("Tone", 0, 1), FakeParam("Tone Shift", 0, 1)};
   std::string error;
   EXPECT_EQ(FindParam(table, "gain", &error), -1);
   EXPECT_TRUE(Contains(error, "\"gain\"") && Contains(error, "\"Low Gain\"") && Contains(error, "\"High Gain\""))
