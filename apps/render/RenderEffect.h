@@ -1,0 +1,37 @@
+#pragma once
+
+#include "ParamLookup.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace render {
+
+// The effect as the renderer drives it, in the order a host restoring a session would:
+// RestoreState, SetParameter for each -p, Prepare, then Process block by block. The real one
+// wraps the Tarn plug-in (EffectSession.h); tests drive the renderer with simple stand-ins.
+class RenderEffect {
+public:
+  virtual ~RenderEffect() = default;
+
+  // The plug-in's parameter table, in index order.
+  virtual std::vector<ParamInfo> Params() = 0;
+  // The serialised state of all parameters; a fresh effect's state holds the defaults.
+  virtual std::vector<unsigned char> SaveState() = 0;
+  // Restores a full state, as a host does when it reopens a session.
+  virtual bool RestoreState(const std::vector<unsigned char>& state) = 0;
+  // Sets a parameter as host automation does (the plug-in clamps it into its range).
+  virtual void SetParameter(int index, double value) = 0;
+  // Sample rate, reset, channel layout (nChannels in and out) and the largest block to come.
+  virtual void Prepare(double sampleRate, int nChannels, int maxBlockFrames) = 0;
+  // One block of nChannels planar single-precision channels, through the host's float path.
+  virtual void Process(float** inputs, float** outputs, int nFrames) = 0;
+  // The meter's needle value after the last block.
+  virtual double Needle() const = 0;
+};
+
+// Makes the Tarn effect; null, with the reason in *error, when it cannot be made.
+std::unique_ptr<RenderEffect> MakeTarnEffect(std::string* error);
+
+}  // namespace render

@@ -1,0 +1,169 @@
+#include "TarnRender.h"
+
+#include "CommandLine.h"
+#include "DemoSignal.h"
+#include "OutputPath.h"
+#include "ParamLookup.h"
+#include "Quoted.h"
+#include "RenderLoop.h"
+#include "SoundFileReader.h"
+#include "SoundFileWriter.h"
+#include "StateFile.h"
+#include "Summary.h"
+
+namespace render {
+
+namespace {
+
+struct NamedPath {
+  std::string role;  // "the input", "the output", ...
+  std::string path;  // empty: not used in this run
+};
+
+// Nothing the render writes may land on a file it reads, nor two outputs on one file.
+bool CheckDistinctFiles(const std::vector<NamedPath>& read, const std::vector<NamedPath>& written,
+                        std::string* error) {
+  for (std::size_t w = 0; w < written.size(); ++w) {
+    if (written[w].path.empty()) continue;
+    std::vector<NamedPath> others = read;
+    others.insert(others.end(), written.begin(), written.begin() + w);
+    for (const NamedPath& other : others) {
+      if (!other.path.empty() && SameFile(written[w].path, other.path)) {
+        *error = written[w].role + " " + Quoted(written[w].path) + " is the same file as " + other.role + " " +
+                 Quoted(other.path);
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
+// One run of the renderer, step by step in the order a host restoring a session would take.
+class RenderJob {
+public:
+  RenderJob(const CommandLine& cli, const Console& console) : mCli(cli), mConsole(console) {}
+
+  bool Run(const EffectFactory& makeEffect, const std::function<bool()>& interrupted, std::string* error) {
+    return OpenInput(error) && CreateOutputs(error) && MakeEffect(makeEffect, error) && RestoreState(error) &&
+           ApplyParams(error) && SaveState(error) && Render(interrupted, error) && Commit(error);
+  }
+
+private:
+  bool OpenInput(std::string* error) {
+    if (mCli.input.empty()) {
+      mSource = std::make_unique<DemoSignal>();
+      return true;
+    }
+    mSource = SoundFileReader::Open(mCli.input, error);
+    return mSource != nullptr;
+  }
+
+  // The output files are created (as temporary files) before any work, so that a folder that
+  // cannot be written to is reported at once.
+  bool CreateOutputs(std::string* error) {
+    mOutputPath = mCli.output.empty() ? DefaultOutputPath(mCli.input) : mCli.output;
+    if (!CheckDistinctFiles({{"the input", mCli.input}, {"the state file to load", mCli.loadState}},
+                            {{"the output", mOutputPath}, {"the state file to save", mCli.saveState}}, error)) {
+      return false;
+    }
+    mWriter = SoundFileWriter::Create(mOutputPath, mSource->NChannels(), mSource->SampleRate(), error);
+    if (!mWriter) return false;
+    if (mCli.saveState.empty()) return true;
+    mStateOut = AtomicFile::Create(mCli.saveState, error);
+    return mStateOut != nullptr;
+  }
+
+  bool MakeEffect(const EffectFactory& makeEffect, std::string* error) {
+    mEffect = makeEffect(error);
+    return mEffect != nullptr;
+  }
+
+  // The full state first, the defaults or a saved one, as a host reopening a session restores it.
+  bool RestoreState(std::string* error) {
+    std::vector<unsigned char> state = mEffect->SaveState();  // a fresh effect holds its defaults
+    if (!mCli.loadState.empty() && !ReadStateFile(mCli.loadState, state.size(), &state, error)) return false;
+    if (!mEffect->RestoreState(state)) {
+      *error = "the effect did not accept the state" +
+               (mCli.loadState.empty() ? std::string() : " in " + Quoted(mCli.loadState));
+      return false;
+    }
+    return true;
+  }
+
+  // Then each -p in the order given, as host automation.
+  bool ApplyParams(std::string* error) {
+    const std::vector<ParamInfo> table = mEffect->Params();
+    for (const ParamArgument& arg : mCli.params) {
+      ParamSetting setting;
+      std::string warning;
+      if (!ResolveParam(table, arg, &setting, &warning, error)) return false;
+      if (!warning.empty()) mConsole.err << "tarn-render: warning: " << warning << "\n";
+      mEffect->SetParameter(setting.index, setting.value);
+    }
+    return true;
+  }
+
+  bool SaveState(std::string* error) {
+    if (!mStateOut) return true;
+    const std::vector<unsigned char> state = mEffect->SaveState();
+    return mStateOut->Write(state.data(), state.size(), error);
+  }
+
+  bool Render(const std::function<bool()>& interrupted, std::string* error) {
+    const double effectRate = mCli.effectRate > 0.0 ? mCli.effectRate : mSource->SampleRate();
+    mEffect->Prepare(effectRate, mSource->NChannels(), mCli.blockFrames);
+    ProgressDisplay progress(mConsole.err, mSource->NFrames(), mConsole.errIsTerminal && !mCli.quiet);
+    const bool rendered =
+        RenderAudio(*mSource, *mEffect, *mWriter, mCli.blockFrames, progress, interrupted, &mReport, error);
+    progress.Finish();
+    mReport.effectRate = effectRate;
+    return rendered;
+  }
+
+  bool Commit(std::string* error) {
+    if (!mWriter->Commit(error)) return false;
+    if (mStateOut && !mStateOut->Commit(error)) return false;
+    mConsole.out << FormatSummary(mReport, mSource->Describe(), mOutputPath);
+    return true;
+  }
+
+  const CommandLine& mCli;
+  const Console& mConsole;
+  std::unique_ptr<AudioSource> mSource;
+  std::string mOutputPath;
+  std::unique_ptr<SoundFileWriter> mWriter;
+  std::unique_ptr<AtomicFile> mStateOut;
+  std::unique_ptr<RenderEffect> mEffect;
+  RenderReport mReport;
+};
+
+void PrintHelp(const EffectFactory& makeEffect, const Console& console) {
+  console.out << Usage();
+  std::string error;
+  std::unique_ptr<RenderEffect> effect = makeEffect(&error);
+  if (effect) console.out << "\nParameters:\n" << DescribeParams(effect->Params());
+}
+
+}  // namespace
+
+int RunTarnRender(const std::vector<std::string>& args, const EffectFactory& makeEffect, const Console& console,
+                  const std::function<bool()>& interrupted) {
+  CommandLine cli;
+  std::string error;
+  if (!ParseCommandLine(args, &cli, &error)) {
+    console.err << "tarn-render: " << error << " (see tarn-render --help)\n";
+    return kExitUsageError;
+  }
+  if (cli.help) {
+    PrintHelp(makeEffect, console);
+    return 0;
+  }
+  RenderJob job(cli, console);
+  if (!job.Run(makeEffect, interrupted, &error)) {
+    console.err << "tarn-render: " << error << "\n";
+    return kExitFailure;
+  }
+  return 0;
+}
+
+}  // namespace render

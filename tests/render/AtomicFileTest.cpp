@@ -1,0 +1,111 @@
+#include "AtomicFile.h"
+#include "SoundFileWriter.h"
+
+#include "RenderTestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using render::AtomicFile;
+using render::SoundFileWriter;
+using render_test::TempDir;
+
+namespace {
+
+const std::vector<unsigned char> kOld = {'o', 'l', 'd'};
+const std::vector<unsigned char> kNew = {'n', 'e', 'w', '!'};
+
+}  // namespace
+
+TEST(AtomicFile, CommittedFileAppearsWholeAndAlone) {
+  TempDir dir;
+  std::string error;
+  auto file = AtomicFile::Create(dir.File("out.bin"), &error);
+  ASSERT_TRUE(file) << error;
+  ASSERT_TRUE(file->Write(kNew.data(), kNew.size(), &error)) << error;
+  EXPECT_EQ(dir.List().size(), 1u);  // only the temporary file so far
+  EXPECT_NE(dir.List()[0], "out.bin");
+  ASSERT_TRUE(file->Commit(&error)) << error;
+  EXPECT_EQ(dir.List(), std::vector<std::string>{"out.bin"});
+  EXPECT_EQ(render_test::ReadBytes(dir.File("out.bin")), kNew);
+}
+
+TEST(AtomicFile, UncommittedFileLeavesNothing) {
+  TempDir dir;
+  std::string error;
+  {
+    auto file = AtomicFile::Create(dir.File("out.bin"), &error);
+    ASSERT_TRUE(file) << error;
+    ASSERT_TRUE(file->Write(kNew.data(), kNew.size(), &error));
+  }
+  EXPECT_TRUE(dir.List().empty());
+}
+
+TEST(AtomicFile, ExistingFileIsReplacedOnlyOnCommit) {
+  TempDir dir;
+  render_test::WriteBytes(dir.File("out.bin"), kOld);
+  std::string error;
+  {
+    auto file = AtomicFile::Create(dir.File("out.bin"), &error);
+    ASSERT_TRUE(file);
+    file->Write(kNew.data(), kNew.size(), &error);
+  }
+  EXPECT_EQ(render_test::ReadBytes(dir.File("out.bin")), kOld);
+  EXPECT_EQ(dir.List(), std::vector<std::string>{"out.bin"});
+  auto file = AtomicFile::Create(dir.File("out.bin"), &error);
+  file->Write(kNew.data(), kNew.size(), &error);
+  ASSERT_TRUE(file->Commit(&error));
+  EXPECT_EQ(render_test::ReadBytes(dir.File("out.bin")), kNew);
+}
+
+TEST(AtomicFile, CommittedFileHasTheUsualPermissions) {
+  TempDir dir;
+  const mode_t previous = umask(022);
+  std::string error;
+  auto file = AtomicFile::Create(dir.File("out.bin"), &error);
+  ASSERT_TRUE(file->Commit(&error));
+  umask(previous);
+  struct stat st {};
+  ASSERT_EQ(stat(dir.File("out.bin").c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0644u);
+}
+
+TEST(AtomicFile, UnwritableTargetsAreRefusedNamingThem) {
+  TempDir dir;
+  std::string error;
+  EXPECT_FALSE(AtomicFile::Create(dir.File("missing/out.bin"), &error));
+  EXPECT_NE(error.find(dir.File("missing/out.bin")), std::string::npos) << error;
+  render_test::WriteBytes(dir.File("plain"), kOld);
+  EXPECT_FALSE(AtomicFile::Create(dir.File("plain/out.bin"), &error));  // parent is a file
+  EXPECT_FALSE(AtomicFile::Create(dir.Path(), &error));                  // the target is a folder
+  EXPECT_NE(error.find("folder"), std::string::npos) << error;
+  EXPECT_EQ(dir.List(), std::vector<std::string>{"plain"});
+}
+
+TEST(SoundFileWriter, WritesThirtyTwoBitFloatWav) {
+  TempDir dir;
+  std::string error;
+  auto writer = SoundFileWriter::Create(dir.File("out.wav"), 2, 44100, &error);
+  ASSERT_TRUE(writer) << error;
+  const std::vector<float> samples = {0.5f, -0.25f, 1.5f, -2.0f, 1e-9f, 0.0f};
+  ASSERT_TRUE(writer->Write(samples.data(), 3, &error)) << error;
+  ASSERT_TRUE(writer->Commit(&error)) << error;
+  const render_test::Sound sound = render_test::ReadSound(dir.File("out.wav"));
+  EXPECT_EQ(sound.format, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+  EXPECT_EQ(sound.nChannels, 2);
+  EXPECT_EQ(sound.sampleRate, 44100);
+  EXPECT_EQ(sound.samples, samples);  // float survives unchanged, beyond full scale too
+  EXPECT_EQ(dir.List(), std::vector<std::string>{"out.wav"});
+}
+
+TEST(SoundFileWriter, UncommittedWriterLeavesNothing) {
+  TempDir dir;
+  std::string error;
+  {
+    auto writer = SoundFileWriter::Create(dir.File("out.wav"), 1, 48000, &error);
+    const float samples[4] = {};
+    writer->Write(samples, 4, &error);
+  }
+  EXPECT_TRUE(dir.List().empty());
+}

@@ -1,0 +1,178 @@
+// The renderer with the real Tarn plug-in: the parameter table and state it reads from the
+// plug-in, the host path it drives, and the program end to end.
+
+#include "DemoSignal.h"
+#include "EffectSession.h"
+#include "ParamLookup.h"
+#include "TarnRender.h"
+
+#include "AllocationCounter.h"
+#include "RenderTestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <sstream>
+
+using render::EffectSession;
+using render::ParamInfo;
+
+namespace {
+
+std::vector<double> StateValues(const std::vector<unsigned char>& state) {
+  std::vector<double> values(state.size() / 8);
+  std::memcpy(values.data(), state.data(), values.size() * 8);
+  return values;
+}
+
+std::vector<unsigned char> StateOf(const std::vector<double>& values) {
+  std::vector<unsigned char> state(values.size() * 8);
+  std::memcpy(state.data(), values.data(), state.size());
+  return state;
+}
+
+// The first nFrames of the demo signal through a fresh session at Drive 5, in blocks of
+// blockFrames; the output interleaved.
+std::vector<float> RenderDemo(int blockFrames, int nFrames) {
+  EffectSession session;
+  session.RestoreState(session.SaveState());
+  session.SetParameter(1, 5.0);
+  session.Prepare(48000.0, 2, blockFrames);
+  std::vector<float> inL(blockFrames), inR(blockFrames), outL(blockFrames), outR(blockFrames), all;
+  float* in[] = {inL.data(), inR.data()};
+  float* out[] = {outL.data(), outR.data()};
+  for (int start = 0; start < nFrames; start += blockFrames) {
+    const int n = std::min(blockFrames, nFrames - start);
+    for (int i = 0; i < n; ++i) render::DemoSignal::Frame(start + i, &inL[i], &inR[i]);
+    session.Process(in, out, n);
+    for (int i = 0; i < n; ++i) {
+      all.push_back(outL[i]);
+      all.push_back(outR[i]);
+    }
+  }
+  return all;
+}
+
+}  // namespace
+
+TEST(EffectSession, ParameterTableComesFromThePlugIn) {
+  EffectSession session;
+  const std::vector<ParamInfo> table = session.Params();
+  ASSERT_EQ(table.size(), 8u);
+  const char* names[] = {"Input Trim",      "Drive",   "Output Compensation", "Asymmetry",
+                         "Freq Response",   "Crosstalk Level", "VU Mode",   "Bypass"};
+  const double ranges[][2] = {{-20, 20}, {0, 10}, {-20, 20}, {0, 10}, {-10, 10}, {-120, -60}, {0, 2}, {0, 1}};
+  for (int i = 0; i < 8; ++i) {
+    EXPECT_EQ(table[i].name, names[i]);
+    EXPECT_EQ(table[i].min, ranges[i][0]) << names[i];
+    EXPECT_EQ(table[i].max, ranges[i][1]) << names[i];
+  }
+  EXPECT_EQ(table[6].displayTexts, (std::vector<std::string>{"Input", "RMS Difference Out-In", "Output"}));
+  EXPECT_EQ(table[7].displayTexts, (std::vector<std::string>{"off", "on"}));
+  int value = -1;
+  EXPECT_TRUE(table[6].mapDisplayText("Output", &value));
+  EXPECT_EQ(value, 2);
+}
+
+TEST(EffectSession, ShortKeysAndTextsResolveAgainstThePlugInsTable) {
+  EffectSession session;
+  const std::vector<ParamInfo> table = session.Params();
+  const char* keys[] = {"trim", "drive", "output", "asymmetry", "freq", "crosstalk", "vumode", "bypass"};
+  for (int i = 0; i < 8; ++i) {
+    std::string error;
+    EXPECT_EQ(render::FindParam(table, keys[i], &error), i) << keys[i] << ": " << error;
+  }
+  render::ParamSetting setting;
+  std::string warning, error;
+  ASSERT_TRUE(render::ResolveParam(table, {"vumode", "RMS Difference Out-In"}, &setting, &warning, &error)) << error;
+  EXPECT_EQ(setting.value, 1.0);
+  ASSERT_TRUE(render::ResolveParam(table, {"bypass", "on"}, &setting, &warning, &error)) << error;
+  EXPECT_EQ(setting.value, 1.0);
+}
+
+TEST(EffectSession, StateIsSixtyFourBytesOfPlainValues) {
+  EffectSession session;
+  const std::vector<unsigned char> state = session.SaveState();
+  ASSERT_EQ(state.size(), 64u);
+  EXPECT_EQ(StateValues(state), (std::vector<double>{0, 0, 0, 5, 0, -90, 0, 0}));
+}
+
+TEST(EffectSession, AutomationAndRestoredStatesAreClampedIntoRange) {
+  EffectSession session;
+  session.SetParameter(1, 12.0);
+  session.SetParameter(5, -130.0);
+  session.SetParameter(4, 2.5);
+  EXPECT_EQ(StateValues(session.SaveState()), (std::vector<double>{0, 10, 0, 5, 2.5, -120, 0, 0}));
+  ASSERT_TRUE(session.RestoreState(StateOf({1, 99, -3, 0.5, -11, -70, 2, 1})));
+  EXPECT_EQ(StateValues(session.SaveState()), (std::vector<double>{1, 10, -3, 0.5, -10, -70, 2, 1}));
+}
+
+TEST(EffectSession, OutputDoesNotDependOnTheBlockSize) {
+  const int frames = 20000;
+  const std::vector<float> reference = RenderDemo(512, frames);
+  EXPECT_EQ(RenderDemo(1, frames), reference);
+  EXPECT_EQ(RenderDemo(333, frames), reference);
+  EXPECT_EQ(RenderDemo(render::kMaxBlockFrames, frames), reference);
+}
+
+TEST(EffectSession, ProcessingAllocatesNothing) {
+  EffectSession session;
+  session.RestoreState(session.SaveState());
+  session.Prepare(44100.0, 2, 256);
+  std::vector<float> l(256, 0.25f), r(256, 0.25f), outL(256), outR(256);
+  float* in[] = {l.data(), r.data()};
+  float* out[] = {outL.data(), outR.data()};
+  AllocationScope scope;
+  for (int i = 0; i < 20; ++i) session.Process(in, out, i == 19 ? 100 : 256);
+  EXPECT_EQ(scope.Count(), 0);
+  EXPECT_TRUE(std::isfinite(session.Needle()));
+  EXPECT_GT(session.Needle(), 0.0);
+}
+
+// With Bypass on from the start the wet share never rises, so the output is the trimmed input
+// (times the resting fade of 1.0001 at input and at output) plus the faint noise floor.
+TEST(EffectSession, BypassedMonoRenderIsTheTrimmedInput) {
+  render_test::TempDir dir;
+  render_test::WorkingFolder here(dir.Path());
+  render_test::Sound input;
+  input.nChannels = 1;
+  input.sampleRate = 44100;
+  for (int i = 0; i < 5000; ++i) input.samples.push_back(static_cast<float>(0.5 * std::sin(0.01 * i)));
+  render_test::WriteSound("in.wav", input, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+  std::ostringstream out, err;
+  const render::Console console{out, err, false};
+  const int status = render::RunTarnRender({"in.wav", "-p", "bypass=on", "-p", "trim=-6.020599913279624"},
+                                           render::MakeTarnEffect, console, [] { return false; });
+  ASSERT_EQ(status, 0) << err.str();
+  const render_test::Sound rendered = render_test::ReadSound("in-tarn.wav");
+  ASSERT_EQ(rendered.nChannels, 1);
+  ASSERT_EQ(rendered.samples.size(), input.samples.size());
+  for (std::size_t i = 0; i < input.samples.size(); ++i) {
+    ASSERT_NEAR(rendered.samples[i], input.samples[i] * 0.5 * 1.0001 * 1.0001, 1e-4) << "frame " << i;
+  }
+  EXPECT_NE(out.str().find("needle"), std::string::npos);
+}
+
+TEST(EffectSession, DemoRenderEndToEnd) {
+  render_test::TempDir dir;
+  render_test::WorkingFolder here(dir.Path());
+  std::ostringstream out, err;
+  const render::Console console{out, err, false};
+  ASSERT_EQ(render::RunTarnRender({"-p", "drive=6", "--save-state", "s.state"}, render::MakeTarnEffect, console,
+                                  [] { return false; }),
+            0)
+      << err.str();
+  const render_test::Sound rendered = render_test::ReadSound("tarn-demo.wav");
+  EXPECT_EQ(rendered.nChannels, 2);
+  EXPECT_EQ(rendered.sampleRate, 48000);
+  EXPECT_EQ(rendered.NFrames(), render::DemoSignal::kFrames);
+  float peak = 0.0f;
+  for (float x : rendered.samples) {
+    ASSERT_TRUE(std::isfinite(x));
+    peak = std::max(peak, std::fabs(x));
+  }
+  EXPECT_GT(peak, 0.01f);
+  EXPECT_LE(peak, 20.1f);
+  EXPECT_EQ(StateValues(render_test::ReadBytes("s.state")), (std::vector<double>{0, 6, 0, 5, 0, -90, 0, 0}));
+}
