@@ -18,6 +18,9 @@ std::unique_ptr<SoundFileWriter> SoundFileWriter::Create(const std::string& path
     *error = "cannot write " + Quoted(path) + ": " + sf_strerror(nullptr);
     return nullptr;
   }
+  // The peak chunk carries the time of writing, which would make two renders of the same
+  // input differ; the file is exactly reproducible without it.
+  sf_command(sound, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
   return std::unique_ptr<SoundFileWriter>(new SoundFileWriter(std::move(file), sound));
 }
 

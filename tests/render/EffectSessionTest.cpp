@@ -176,3 +176,24 @@ TEST(EffectSession, DemoRenderEndToEnd) {
   EXPECT_LE(peak, 20.1f);
   EXPECT_EQ(StateValues(render_test::ReadBytes("s.state")), (std::vector<double>{0, 6, 0, 5, 0, -90, 0, 0}));
 }
+
+// The same command gives the same file to the byte, run twice or in any block size.
+TEST(EffectSession, RendersAreReproducibleToTheByte) {
+  render_test::TempDir dir;
+  render_test::WorkingFolder here(dir.Path());
+  std::ostringstream out, err;
+  const render::Console console{out, err, false};
+  auto render = [&](const std::string& block, const std::string& name) {
+    const int status = render::RunTarnRender(
+        {"-p", "drive=7", "-p", "asymmetry=3", "-p", "crosstalk=-65", "--block", block, "-o", name},
+        render::MakeTarnEffect, console, [] { return false; });
+    EXPECT_EQ(status, 0) << err.str();
+    return render_test::ReadBytes(name);
+  };
+  const std::vector<unsigned char> reference = render("512", "first.wav");
+  ASSERT_GT(reference.size(), 44u);
+  EXPECT_EQ(render("512", "again.wav"), reference);
+  for (const char* block : {"1", "64", "4096"}) {
+    EXPECT_EQ(render(block, std::string("block") + block + ".wav"), reference) << "block " << block;
+  }
+}
