@@ -1,5 +1,6 @@
 #include "lice/LICE_MemBitmap.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 
@@ -53,7 +54,8 @@ bool LICE_MemBitmap::resize(int w, int h)
   height = h;
   // Widened so that absurd sizes fail as allocations instead of overflowing.
   const long long rowSpan = ((long long)w + alignMask) & ~(long long)alignMask;
-  const long long needed = (long long)h * 4 * rowSpan;
+  const long long pixels = std::clamp((long long)h * rowSpan, (long long)INT_MIN, (long long)INT_MAX);
+  const long long needed = pixels * 4;
 
   if (needed <= 0)
     releaseBuffer();

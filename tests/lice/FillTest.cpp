@@ -41,7 +41,9 @@ TEST(Fill, RectangleIsClippedToTheBitmap)
     for (int x0 = -4; x0 <= 6; ++x0)
     {
       FlippedMemBitmap bmp(6, 5, 8);
-      LICE_Clear(&bmp, LICE_RGBA(0, 0, 0, 0));
+      for (int y = 0; y < 5; ++y)
+        for (int x = 0; x < 8; ++x)
+          SetPixel(&bmp, x, y, {0, 0, 0, 0});
       LICE_FillRect(&bmp, x0, y0, 3, 2, LICE_RGBA(9, 8, 7, 6), 1.0f, LICE_BLIT_MODE_COPY);
       for (int y = 0; y < 5; ++y)
         for (int x = 0; x < 8; ++x) // the two padding pixels too
