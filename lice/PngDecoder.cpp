@@ -8,8 +8,9 @@
 #include "lice/LICE_PNG.h"
 
 // libpng reports errors by jumping back to the last setjmp. Each function below that sets one
-// makes every libpng call that may fail itself, holds nothing that needs destroying, and
-// changes no local after setjmp, so the jump leaves nothing half-done behind.
+// makes every libpng call that may fail itself, holds nothing that needs destroying, and on
+// the jump's return reads none of its locals; buffers are owned by its caller, which frees
+// them on either outcome.
 
 namespace lice_detail
 {
