@@ -148,6 +148,10 @@ LICE_IBitmap* DecodePng(PngInputInstaller installInput, void* input, LICE_IBitma
   }
   png_set_user_limits(png, LICE_PNG_MAX_DIMENSION, LICE_PNG_MAX_DIMENSION);
   png_set_chunk_malloc_max(png, kMaxChunkBytes);
+  // Only the header, palette, transparency and image data matter to the pixels. libpng merely
+  // warns about an oversized ancillary chunk and then allocates its claimed length, so every
+  // other chunk is skipped unread.
+  png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
   installInput(png, input);
   LICE_IBitmap* result = DecodeInto(png, info, bmp);
   png_destroy_read_struct(&png, &info, nullptr);

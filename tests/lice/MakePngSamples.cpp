@@ -168,10 +168,14 @@ bool WriteBrokenFiles(const std::string& dir)
       badCrc[i + 6] ^= 0x55;
       break;
     }
+  // An ancillary chunk claiming nearly 2 GB, cut short after a few bytes.
+  Bytes hugeChunk(good.begin(), good.begin() + 33); // signature and header
+  AppendBigEndian(hugeChunk, 0x74000000ul);
+  hugeChunk.insert(hugeChunk.end(), {'s', 'P', 'L', 'T', 'E', 5, 0xff, 'd', 0, 0, 0x10});
   const Bytes signatureOnly(good.begin(), good.begin() + 8);
   const Bytes notPng = {'n', 'o', 't', ' ', 'a', ' ', 'p', 'n', 'g', '\n'};
   return WriteFile(dir + "/truncated.png", truncated) && WriteFile(dir + "/badcrc.png", badCrc) &&
-         WriteFile(dir + "/signature-only.png", signatureOnly) && WriteFile(dir + "/not-png.png", notPng) &&
+         WriteFile(dir + "/huge-chunk.png", hugeChunk) && WriteFile(dir + "/signature-only.png", signatureOnly) && WriteFile(dir + "/not-png.png", notPng) &&
          WriteFile(dir + "/empty.png", {}) && WriteFile(dir + "/huge.png", HandMadePng(100000, 100000)) &&
          WriteFile(dir + "/too-many-pixels.png", HandMadePng(5000, 5000)) &&
          WriteFile(dir + "/zero-width.png", HandMadePng(0, 4));

@@ -142,7 +142,7 @@ TEST(Png, MissingOrBrokenFilesGiveNull)
   EXPECT_EQ(LICE_LoadPNG(nullptr, nullptr), nullptr);
   EXPECT_EQ(LICE_LoadPNGFromMemory(nullptr, 10, nullptr), nullptr);
   for (const char* name :
-       {"truncated", "badcrc", "signature-only", "not-png", "empty", "huge", "too-many-pixels", "zero-width"})
+       {"truncated", "badcrc", "huge-chunk", "signature-only", "not-png", "empty", "huge", "too-many-pixels", "zero-width"})
   {
     EXPECT_EQ(LICE_LoadPNG(SamplePath(name).c_str(), nullptr), nullptr) << name;
     const std::vector<unsigned char> bytes = ReadBytes(SamplePath(name));
