@@ -8,3 +8,9 @@ elseif(TARN_SANITIZE STREQUAL "thread")
 elseif(NOT TARN_SANITIZE STREQUAL "")
   message(FATAL_ERROR "TARN_SANITIZE must be empty, 'address' or 'thread', not '${TARN_SANITIZE}'")
 endif()
+
+if(TARN_BUILD_FUZZ)
+  # Every library is instrumented, so the fuzzers see coverage and faults inside them too.
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined)
+  add_link_options(-fsanitize=address,undefined)
+endif()
