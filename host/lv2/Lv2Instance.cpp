@@ -16,11 +16,16 @@ namespace tarnlv2 {
 
 namespace {
 
-const void* FindFeature(const LV2_Feature* const* features, const char* uri) {
+const LV2_Feature* FindFeature(const LV2_Feature* const* features, const char* uri) {
   for (const LV2_Feature* const* f = features; f && *f; ++f) {
-    if (std::strcmp((*f)->URI, uri) == 0) return (*f)->data ? (*f)->data : *f;
+    if (std::strcmp((*f)->URI, uri) == 0) return *f;
   }
   return nullptr;
+}
+
+const void* FeatureData(const LV2_Feature* const* features, const char* uri) {
+  const LV2_Feature* feature = FindFeature(features, uri);
+  return feature ? feature->data : nullptr;
 }
 
 // The host's bound on run lengths, or 0 when it gives none.
@@ -63,12 +68,12 @@ Lv2Instance::Lv2Instance(const PluginVariant& variant, double sampleRate,
 Lv2Instance::~Lv2Instance() = default;
 
 void Lv2Instance::ReadFeatures(const LV2_Feature* const* features) {
-  const auto* map = static_cast<const LV2_URID_Map*>(FindFeature(features, LV2_URID__map));
+  const auto* map = static_cast<const LV2_URID_Map*>(FeatureData(features, LV2_URID__map));
   if (!map) return;
   mStateKey = map->map(map->handle, kStateKeyUri);
   mChunkType = map->map(map->handle, LV2_ATOM__Chunk);
 
-  const auto* options = static_cast<const LV2_Options_Option*>(FindFeature(features, LV2_OPTIONS__options));
+  const auto* options = static_cast<const LV2_Options_Option*>(FeatureData(features, LV2_OPTIONS__options));
   if (!options || !FindFeature(features, LV2_BUF_SIZE__boundedBlockLength)) return;
   const int hostMax = HostMaxBlock(options, map);
   if (hostMax > 0) mMaxBlock = std::min(hostMax, kLargestMaxBlock);
