@@ -102,6 +102,15 @@ void WriteNeedlePort(std::ostream& out, uint32_t index) {
   out << " ;\n\t\tlv2:minimum 0.0 ;\n\t\tlv2:maximum 1.0";
 }
 
+// Each audio port follows the port before it, whose blank node is still open.
+void WriteAudioPorts(std::ostream& out, const PortLayout& layout, bool input) {
+  for (int c = 0; c < layout.NChannels(); ++c) {
+    out << "\n\t] , [\n";
+    BeginPort(out, input ? "InputPort" : "OutputPort", "AudioPort", input ? layout.AudioIn(c) : layout.AudioOut(c),
+              layout.AudioSymbol(input, c), layout.AudioName(input, c));
+  }
+}
+
 void WritePorts(std::ostream& out, IPlugBase& plug, const PortLayout& layout) {
   out << "\tlv2:port [\n";
   for (int i = 0; i < layout.NParams(); ++i) {
@@ -113,13 +122,8 @@ void WritePorts(std::ostream& out, IPlugBase& plug, const PortLayout& layout) {
   WriteLatencyPort(out, layout.Latency(), plug.GetLatency());
   out << "\n\t] , [\n";
   WriteNeedlePort(out, layout.Needle());
-  for (int input = 1; input >= 0; --input) {
-    for (int c = 0; c < layout.NChannels(); ++c) {
-      out << "\n\t] , [\n";
-      BeginPort(out, input ? "InputPort" : "OutputPort", "AudioPort", input ? layout.AudioIn(c) : layout.AudioOut(c),
-                layout.AudioSymbol(input, c), layout.AudioName(input, c));
-    }
-  }
+  WriteAudioPorts(out, layout, true);
+  WriteAudioPorts(out, layout, false);
   out << "\n\t] .\n";
 }
 
