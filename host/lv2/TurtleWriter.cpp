@@ -1,0 +1,189 @@
+#include "TurtleWriter.h"
+
+#include "PortLayout.h"
+
+#include "plug/IParam.h"
+#include "plug/IPlugBase.h"
+
+#include <charconv>
+#include <cstring>
+#include <ostream>
+
+namespace tarnlv2 {
+
+namespace {
+
+const char* const kPrefixes =
+    "@prefix atom: <http://lv2plug.in/ns/ext/atom#> .\n"
+    "@prefix bufsz: <http://lv2plug.in/ns/ext/buf-size#> .\n"
+    "@prefix doap: <http://usefulinc.com/ns/doap#> .\n"
+    "@prefix foaf: <http://xmlns.com/foaf/0.1/> .\n"
+    "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
+    "@prefix opts: <http://lv2plug.in/ns/ext/options#> .\n"
+    "@prefix rdf: <http://www.w3.org/1999/02/22-rdf-syntax-ns#> .\n"
+    "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n"
+    "@prefix state: <http://lv2plug.in/ns/ext/state#> .\n"
+    "@prefix units: <http://lv2plug.in/ns/extensions/units#> .\n"
+    "@prefix urid: <http://lv2plug.in/ns/ext/urid#> .\n";
+
+struct StandardUnit {
+  const char* label;
+  const char* unit;
+};
+
+const StandardUnit kStandardUnits[] = {
+    {"dB", "units:db"}, {"Hz", "units:hz"}, {"ms", "units:ms"}, {"s", "units:s"}, {"%", "units:pc"},
+};
+
+std::string Uri(const char* uri) { return std::string("<") + uri + ">"; }
+
+// Opens one port's blank node; the caller adds its own statements and closes it.
+void BeginPort(std::ostream& out, const char* direction, const char* type, uint32_t index,
+               const std::string& symbol, const std::string& name) {
+  out << "\t\t" << "a lv2:" << direction << " , lv2:" << type << " ;\n"
+      << "\t\tlv2:index " << index << " ;\n"
+      << "\t\tlv2:symbol " << TurtleString(symbol) << " ;\n"
+      << "\t\tlv2:name " << TurtleString(name);
+}
+
+void WriteRange(std::ostream& out, double defaultValue, double minValue, double maxValue) {
+  out << " ;\n\t\tlv2:default " << TurtleNumber(defaultValue) << " ;\n"
+      << "\t\tlv2:minimum " << TurtleNumber(minValue) << " ;\n"
+      << "\t\tlv2:maximum " << TurtleNumber(maxValue);
+}
+
+const char* PortProperties(const IParam& param) {
+  switch (param.Type()) {
+    case IParam::kTypeBool: return "lv2:toggled";
+    case IParam::kTypeInt: return "lv2:integer";
+    case IParam::kTypeEnum: return "lv2:integer , lv2:enumeration";
+    default: return nullptr;
+  }
+}
+
+void WriteScalePoints(std::ostream& out, const IParam& param) {
+  if (param.Type() != IParam::kTypeEnum) return;
+  for (int i = 0; i < param.GetNDisplayTexts(); ++i) {
+    int value = 0;
+    const char* text = param.GetDisplayTextAtIdx(i, &value);
+    out << " ;\n\t\tlv2:scalePoint [ rdfs:label " << TurtleString(text) << " ; rdf:value "
+        << TurtleNumber(value) << " ]";
+  }
+}
+
+void WriteParamPort(std::ostream& out, const IParam& param, uint32_t index) {
+  BeginPort(out, "InputPort", "ControlPort", index, SymbolFromName(param.GetNameForHost()), param.GetNameForHost());
+  WriteRange(out, param.GetDefault(), param.GetMin(), param.GetMax());
+  if (const char* properties = PortProperties(param)) out << " ;\n\t\tlv2:portProperty " << properties;
+  const std::string unit = UnitStatement(param.GetLabelForHost());
+  if (!unit.empty()) out << " ;\n\t\t" << unit;
+  WriteScalePoints(out, param);
+}
+
+// The host's bypass: 1 runs the effect, 0 sends the input through the plug-in's own
+// pass-through path.
+void WriteEnabledPort(std::ostream& out, uint32_t index) {
+  BeginPort(out, "InputPort", "ControlPort", index, "enabled", "Enabled");
+  WriteRange(out, 1.0, 0.0, 1.0);
+  out << " ;\n\t\tlv2:designation lv2:enabled ;\n\t\tlv2:portProperty lv2:toggled , lv2:integer";
+}
+
+void WriteLatencyPort(std::ostream& out, uint32_t index, int latency) {
+  BeginPort(out, "OutputPort", "ControlPort", index, "latency", "Latency");
+  out << " ;\n\t\tlv2:minimum 0 ;\n\t\tlv2:maximum " << latency << " ;\n"
+      << "\t\tlv2:designation lv2:latency ;\n"
+      << "\t\tlv2:portProperty lv2:reportsLatency , lv2:integer ;\n"
+      << "\t\tunits:unit units:frame";
+}
+
+// The meter's needle after each run, for hosts that show output controls.
+void WriteNeedlePort(std::ostream& out, uint32_t index) {
+  BeginPort(out, "OutputPort", "ControlPort", index, "needle", "Meter Needle");
+  out << " ;\n\t\tlv2:minimum 0.0 ;\n\t\tlv2:maximum 1.0";
+}
+
+// Each audio port follows the port before it, whose blank node is still open.
+void WriteAudioPorts(std::ostream& out, const PortLayout& layout, bool input) {
+  for (int c = 0; c < layout.NChannels(); ++c) {
+    out << "\n\t] , [\n";
+    BeginPort(out, input ? "InputPort" : "OutputPort", "AudioPort", input ? layout.AudioIn(c) : layout.AudioOut(c),
+              layout.AudioSymbol(input, c), layout.AudioName(input, c));
+  }
+}
+
+void WritePorts(std::ostream& out, IPlugBase& plug, const PortLayout& layout) {
+  out << "\tlv2:port [\n";
+  for (int i = 0; i < layout.NParams(); ++i) {
+    WriteParamPort(out, *plug.GetParam(i), static_cast<uint32_t>(i));
+    out << "\n\t] , [\n";
+  }
+  WriteEnabledPort(out, layout.Enabled());
+  out << "\n\t] , [\n";
+  WriteLatencyPort(out, layout.Latency(), plug.GetLatency());
+  out << "\n\t] , [\n";
+  WriteNeedlePort(out, layout.Needle());
+  WriteAudioPorts(out, layout, true);
+  WriteAudioPorts(out, layout, false);
+  out << "\n\t] .\n";
+}
+
+void WritePlugin(std::ostream& out, IPlugBase& plug, const PluginVariant& variant) {
+  const int version = plug.GetEffectVersion(false);
+  out << "\n" << Uri(variant.uri) << "\n"
+      << "\ta lv2:Plugin , lv2:DistortionPlugin , doap:Project ;\n"
+      << "\tdoap:name " << TurtleString(std::string(plug.GetEffectName()) + " (" + variant.name + ")") << " ;\n"
+      << "\tdoap:maintainer [ foaf:name " << TurtleString(plug.GetMfrName()) << " ] ;\n"
+      << "\tlv2:minorVersion " << ((version >> 8) & 0xFF) << " ;\n"
+      << "\tlv2:microVersion " << (version & 0xFF) << " ;\n"
+      << "\tlv2:optionalFeature lv2:hardRTCapable , urid:map , opts:options , bufsz:boundedBlockLength ;\n"
+      << "\topts:supportedOption bufsz:maxBlockLength ;\n"
+      << "\tlv2:extensionData state:interface ;\n";
+  WritePorts(out, plug, PortLayout(plug.NParams(), variant.nChannels));
+}
+
+}  // namespace
+
+void WriteManifest(std::ostream& out, const std::string& binaryFile, const std::string& descriptionFile) {
+  out << "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
+      << "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n";
+  for (const PluginVariant& variant : kVariants) {
+    out << "\n" << Uri(variant.uri) << "\n"
+        << "\ta lv2:Plugin ;\n"
+        << "\tlv2:binary " << Uri(binaryFile.c_str()) << " ;\n"
+        << "\trdfs:seeAlso " << Uri(descriptionFile.c_str()) << " .\n";
+  }
+}
+
+void WriteDescriptions(std::ostream& out, IPlugBase& plug) {
+  out << kPrefixes;
+  for (const PluginVariant& variant : kVariants) WritePlugin(out, plug, variant);
+}
+
+std::string TurtleNumber(double value) {
+  char text[32];
+  const std::to_chars_result end = std::to_chars(text, text + sizeof text, value);
+  std::string number(text, end.ptr);
+  if (number.find_first_of(".e") == std::string::npos) number += ".0";
+  return number;
+}
+
+std::string TurtleString(const std::string& text) {
+  std::string literal = "\"";
+  for (char c : text) {
+    if (c == '"' || c == '\\') literal += '\\';
+    literal += c;
+  }
+  return literal + "\"";
+}
+
+std::string UnitStatement(const char* label) {
+  if (!label || !*label) return "";
+  for (const StandardUnit& standard : kStandardUnits) {
+    if (std::strcmp(label, standard.label) == 0) return std::string("units:unit ") + standard.unit;
+  }
+  const std::string text = TurtleString(label);
+  return "units:unit [ a units:Unit ; rdfs:label " + text + " ; units:symbol " + text +
+         " ; units:render " + TurtleString(std::string("%f ") + label) + " ]";
+}
+
+}  // namespace tarnlv2
