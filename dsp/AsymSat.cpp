@@ -2,7 +2,9 @@
 
 #include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
+#include "dsp/LanePair.h"
 #include "dsp/NoiseSource.h"
+#include "dsp/SplitHalfBand.h"
 
 #include <algorithm>
 #include <cmath>
@@ -135,25 +137,31 @@ double AsymSat::detectorGain() {
 // sample, not of the smoothed one; an input of exactly zero (or NaN) takes the negative side.
 // Both even terms are non-negative and subtracted, pulling both half-waves down. Powers are
 // multiplied out factor by factor, left to right (s⁴ is s·s·s·s), never through pow.
-double AsymSat::curve(double x, double& mem, double& curvePrev) const {
-  const double s = memIn * x + memFb * mem;
+//
+// Both half-waves share one form, odd = (a / sqrt(a·a + 1))·k and even = (b / sqrt(c + 1))·k',
+// so each lane picks its half-wave's operands and the square roots run once (a factor k of 1.0
+// stands for "no factor": multiplying by 1 is exact).
+template <class T>
+inline T AsymSat::curveStep(T x, T& mem, T& curvePrev) const {
+  const T s = memIn * x + memFb * mem;
   mem = s;
-  double odd;
-  double even;
-  if (x > 0.0) {
-    const double p = posKnee * s;
-    odd = (p / std::sqrt(p * p + 1.0)) * posKneeInv;
-    even = s * s / std::sqrt(s * s * s * s + 1.0);
-  } else {
-    odd = s / std::sqrt(s * s + 1.0);
-    const double u = negKnee * s * s;
-    even = (u / std::sqrt(u * u + 1.0)) * negKneeInv;
-  }
-  const double y = odd - evenWeight * even;
-  const double out = (y - postFb * curvePrev) * postScale;
+  const auto positive = x > 0.0;
+  const T p = posKnee * s;  // positive half-wave: p/sqrt(p²+1) and s²/sqrt(s⁴+1)
+  const T u = negKnee * s * s;  // negative half-wave: s/sqrt(s²+1) and u/sqrt(u²+1)
+  const T oddIn = positive ? p : s;
+  const T oddGain = positive ? Splat<T>(posKneeInv) : Splat<T>(1.0);
+  const T evenIn = positive ? s * s : u;
+  const T evenSquare = positive ? s * s * s * s : u * u;
+  const T evenGain = positive ? Splat<T>(1.0) : Splat<T>(negKneeInv);
+  const T odd = (oddIn / SquareRoot(oddIn * oddIn + 1.0)) * oddGain;
+  const T even = (evenIn / SquareRoot(evenSquare + 1.0)) * evenGain;
+  const T y = odd - evenWeight * even;
+  const T out = (y - postFb * curvePrev) * postScale;
   curvePrev = y;
   return out;
 }
+
+double AsymSat::curve(double x, double& mem, double& curvePrev) const { return curveStep(x, mem, curvePrev); }
 
 double AsymSat::leftTone(double x) {
   x = eq[2].filter(x);
@@ -177,7 +185,15 @@ double AsymSat::blockDc(double x, double& dc, double& prev) {
   return dc;
 }
 
-double AsymSat::process_Stereo(double inL, double inR) {
+double AsymSat::finishLeft(double x, double scale, double driftGain) {
+  return FlushDenormal(blockDc(leftTone(x * scale) / driftGain, dcL, dcPrevL));
+}
+
+double AsymSat::finishRight(double x, double scale, double driftGain) {
+  return FlushDenormal(blockDc(rightTone(x * scale) / driftGain, dcR, dcPrevR));
+}
+
+void AsymSat::frontStereo(double inL, double inR) {
   smoothGain();
   workL = gainSmoothed * inL + 1e-11 * NextNoise(seedL);
   workR = gainSmoothed * inR + 1e-11 * NextNoise(seedR);
@@ -196,36 +212,9 @@ double AsymSat::process_Stereo(double inL, double inR) {
   detFeedback = 0.05 * (workL + workR);
   workL *= 4.0;
   workR *= 4.0;
-
-  // Zero stuffing at twice the rate; the factor restores the level the zeros take away.
-  // Decimation keeps the first sub-sample, the second only advances the filters.
-  for (int i = 0; i < oversample; ++i) {
-    osL = i == 0 ? oversample * workL : 0.0;
-    osR = i == 0 ? oversample * workR : 0.0;
-    osL = upL.process(osL);
-    osR = upR.process(osR);
-    osL = curve(osL, memL, curvePrevL);
-    osR = curve(osR, memR, curvePrevR);
-    osL = downL.process(osL);
-    osR = downR.process(osR);
-    if (i == 0) {
-      outL = osL;
-      outR = osR;
-    }
-  }
-
-  outL *= outScale;
-  outR *= outScale;
-  outL = leftTone(outL);
-  outR = rightTone(outR);
-  outL /= driftGainL;
-  outR /= driftGainR;
-  outL = FlushDenormal(blockDc(outL, dcL, dcPrevL));
-  outR = FlushDenormal(blockDc(outR, dcR, dcPrevR));
-  return outL;
 }
 
-double AsymSat::process_Mono(double in) {
+void AsymSat::frontMono(double in) {
   smoothGain();
   workL = gainSmoothed * in + 1e-11 * NextNoise(seedL);
   workL = eq[0].filter(workL);
@@ -234,18 +223,103 @@ double AsymSat::process_Mono(double in) {
   // 0.1·x is exactly 0.05·(x + x): the stereo feed when both channels carry the same signal.
   detFeedback = 0.1 * workL;
   workL *= 4.0;
+}
 
+// Zero stuffing at twice the rate; the factor restores the level the zeros take away.
+// Decimation keeps the first sub-sample, the second only advances the filters.
+template <class T>
+void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
+  T sub[2 * kChunkFrames], scratch[2 * kChunkFrames];
+  for (int i = 0; i < n; ++i) {
+    sub[2 * i] = 2.0 * work[i];
+    sub[2 * i + 1] = Splat<T>(0.0);
+  }
+  SplitHalfBand<T>::process(upL, upR, sub, scratch, n);
+
+  T mem = Lanes<T>::Load(memL, memR);
+  T prev = Lanes<T>::Load(curvePrevL, curvePrevR);
+  for (int k = 0; k < 2 * n; ++k) sub[k] = curveStep(sub[k], mem, prev);
+  Lanes<T>::Store(mem, memL, memR);
+  Lanes<T>::Store(prev, curvePrevL, curvePrevR);
+
+  SplitHalfBand<T>::process(downL, downR, sub, scratch, n);
+  for (int i = 0; i < n; ++i) kept[i] = sub[2 * i];
+  Lanes<T>::Store(sub[2 * n - 1], osL, osR);
+}
+
+void AsymSat::oversampleFrame(bool stereo) {
   for (int i = 0; i < oversample; ++i) {
     osL = i == 0 ? oversample * workL : 0.0;
-    osL = upL.process(osL);
-    osL = curve(osL, memL, curvePrevL);
-    osL = downL.process(osL);
+    osL = downL.process(curve(upL.process(osL), memL, curvePrevL));
     if (i == 0) outL = osL;
+    if (!stereo) continue;
+    osR = i == 0 ? oversample * workR : 0.0;
+    osR = downR.process(curve(upR.process(osR), memR, curvePrevR));
+    if (i == 0) outR = osR;
   }
+}
 
-  outL *= outScale;
-  outL = leftTone(outL);
-  outL /= driftGainL;
-  outL = FlushDenormal(blockDc(outL, dcL, dcPrevL));
-  return outL;
+double AsymSat::process_Stereo(double inL, double inR) {
+  double left, right;
+  process_StereoBlock(&inL, &inR, &left, &right, 1);
+  return left;
+}
+
+double AsymSat::process_Mono(double in) {
+  double out;
+  process_MonoBlock(&in, &out, 1);
+  return out;
+}
+
+// A frame is one long chain of dependent steps, too long for the processor to overlap one frame
+// with the next. But only the level detector feeds back from frame to frame; the filters and the
+// curve carry just a few samples of state. So a block runs in chunks, each stage over all frames
+// of the chunk before the next stage starts: the detector loop first, then the oversampled
+// section for both channels in step, then the output stages. Each value is still computed by the
+// same operations in the same order, so the output is the same to the bit.
+void AsymSat::process_StereoBlock(const double* inL, const double* inR, double* left, double* right, int n) {
+  const int chunk = chunkFrames();
+  for (int start = 0; start < n; start += chunk) {
+    const int len = std::min(chunk, n - start);
+    LanePair work[kChunkFrames], kept[kChunkFrames];
+    double scale[kChunkFrames], driftGain[kChunkFrames];
+    for (int i = 0; i < len; ++i) {
+      frontStereo(inL[start + i], inR[start + i]);
+      work[i] = LanePair{workL, workR};
+      scale[i] = outScale;
+      driftGain[i] = driftGainL;
+    }
+    if (oversample == 2) {
+      oversampleChunk(work, kept, len);
+    } else {
+      oversampleFrame(true);
+      kept[0] = LanePair{outL, outR};
+    }
+    for (int i = 0; i < len; ++i) {
+      outL = left[start + i] = finishLeft(kept[i][0], scale[i], driftGain[i]);
+      outR = right[start + i] = finishRight(kept[i][1], scale[i], driftGain[i]);
+    }
+  }
+}
+
+void AsymSat::process_MonoBlock(const double* in, double* out, int n) {
+  const int chunk = chunkFrames();
+  for (int start = 0; start < n; start += chunk) {
+    const int len = std::min(chunk, n - start);
+    double work[kChunkFrames], kept[kChunkFrames];
+    double scale[kChunkFrames], driftGain[kChunkFrames];
+    for (int i = 0; i < len; ++i) {
+      frontMono(in[start + i]);
+      work[i] = workL;
+      scale[i] = outScale;
+      driftGain[i] = driftGainL;
+    }
+    if (oversample == 2) {
+      oversampleChunk(work, kept, len);
+    } else {
+      oversampleFrame(false);
+      kept[0] = outL;
+    }
+    for (int i = 0; i < len; ++i) outL = out[start + i] = finishLeft(kept[i], scale[i], driftGain[i]);
+  }
 }
