@@ -40,12 +40,17 @@ private:
 
   // Per block: every coefficient from the current parameter values.
   void SetUpBlock();
+  // Frames run in chunks of at most this many, stage by stage.
+  static constexpr int kChunkFrames = 64;
   void ProcessStereo(double** inputs, double** outputs, int nFrames);
   void ProcessMono(double** inputs, double** outputs, int nFrames);
   // Fade and bypass ramp for one frame; returns the input gain for it.
   double AdvanceFrame();
-  double MixWetDry(double wet, double dry) const;
+  double MixWetDry(double wet, double dry, double mix) const;
+  // Adds the channel's noise floor and applies the fade.
+  double FinishOutput(double mixed, double fade, RBJ& noiseFilter, int& noiseSeed);
   void FeedMeter(double in, double out);
+  void UpdateRmsDifference();
   void SendNeedle();
 
   double mFadeIn = 0.0;

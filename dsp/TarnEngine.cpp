@@ -93,8 +93,12 @@ double Tarn::AdvanceFrame() {
   return mInGain * mFadeIn;
 }
 
-double Tarn::MixWetDry(double wet, double dry) const {
-  return ClampOutput(wet * mOutGain * mMix + (1.0 - mMix) * dry);
+double Tarn::MixWetDry(double wet, double dry, double mix) const {
+  return ClampOutput(wet * mOutGain * mix + (1.0 - mix) * dry);
+}
+
+double Tarn::FinishOutput(double mixed, double fade, RBJ& noiseFilter, int& noiseSeed) {
+  return (mixed + noiseFilter.filter(NextNoise(noiseSeed) * mNoiseLevel)) * fade;
 }
 
 void Tarn::FeedMeter(double in, double out) {
@@ -105,62 +109,86 @@ void Tarn::FeedMeter(double in, double out) {
   mNeedle = mVuHold;
 
   mRmsInSq = mRmsCoef * mRmsInSq + (1.0 - mRmsCoef) * (in * in);
-  mRmsIn = std::sqrt(mRmsInSq);
   mRmsOutSq = mRmsCoef * mRmsOutSq + (1.0 - mRmsCoef) * (out * out);
+}
+
+// The RMS levels and their difference feed nothing inside the block; only the last frame's
+// values are ever read, so they are taken once, after the block's last frame.
+void Tarn::UpdateRmsDifference() {
+  mRmsIn = std::sqrt(mRmsInSq);
   mRmsOut = std::sqrt(mRmsOutSq);
   if (mRmsOut < 1e-06) mRmsOut = 0.0;
   mRmsDiffDb = FlushDenormal(kLinearToDb * std::log(std::fabs(mRmsOut)) -
                              kLinearToDb * std::log(std::fabs(mRmsIn)));
 }
 
+// The saturator runs a chunk of frames at a time (AsymSat::process_StereoBlock), so the engine
+// is staged alike: the input stage (fade, bypass ramp, trim, crosstalk) for every frame of the
+// chunk, the saturator, then the output stage (mix, clamp, noise, fade, meter). Each frame's
+// values are the same as if the frames ran one by one.
 void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
-  const double* inL = inputs[0];
-  const double* inR = inputs[1];
-  double* outL = outputs[0];
-  double* outR = outputs[1];
   // At the bottom of the range the leak is off and both crosstalk filters stand still.
   const bool crosstalkOn = mCrosstalkDb > -120.0;
-  for (int n = 0; n < nFrames; ++n) {
-    const double g = AdvanceFrame();
-    mInL = inL[n] * g;
-    mInR = inR[n] * g;
+  for (int start = 0; start < nFrames; start += kChunkFrames) {
+    const int len = std::min(kChunkFrames, nFrames - start);
+    const double* inL = inputs[0] + start;
+    const double* inR = inputs[1] + start;
+    double* outL = outputs[0] + start;
+    double* outR = outputs[1] + start;
+    double dryL[kChunkFrames], dryR[kChunkFrames], wetL[kChunkFrames], wetR[kChunkFrames];
+    double mix[kChunkFrames], fade[kChunkFrames];
 
-    double satInL = mInL;
-    double satInR = mInR;
-    if (crosstalkOn) {
-      const double eL = mXtalkToRight.filter(mInL);
-      const double eR = mXtalkToLeft.filter(mInR);
-      satInL = mInL + eR * mXtalkToLeftGain;
-      satInR = mInR + eL * mXtalkToRightGain;
+    for (int n = 0; n < len; ++n) {
+      const double g = AdvanceFrame();
+      mix[n] = mMix;
+      fade[n] = mFadeIn;
+      mInL = dryL[n] = inL[n] * g;
+      mInR = dryR[n] = inR[n] * g;
+      wetL[n] = mInL;
+      wetR[n] = mInR;
+      if (crosstalkOn) {
+        const double eL = mXtalkToRight.filter(mInL);
+        const double eR = mXtalkToLeft.filter(mInR);
+        wetL[n] = mInL + eR * mXtalkToLeftGain;
+        wetR[n] = mInR + eL * mXtalkToRightGain;
+      }
     }
-    const double sL = mSat.process_Stereo(satInL, satInR);
-    const double sR = mSat.outR;
 
-    mOutL = MixWetDry(sL, mInL);
-    mOutR = MixWetDry(sR, mInR);
-    mOutL += mNoiseFilterL.filter(NextNoise(mNoiseSeedL) * mNoiseLevel);
-    mOutR += mNoiseFilterR.filter(NextNoise(mNoiseSeedR) * mNoiseLevel);
-    mOutL = FlushTinyOrNonFinite(mOutL * mFadeIn);
-    mOutR = FlushTinyOrNonFinite(mOutR * mFadeIn);
-    outL[n] = mOutL;
-    outR[n] = mOutR;
+    mSat.process_StereoBlock(wetL, wetR, wetL, wetR, len);
 
-    mInMono = 0.5 * (mInL + mInR);
-    mOutMono = 0.5 * (mOutL + mOutR);
-    FeedMeter(mInMono, mOutMono);
+    for (int n = 0; n < len; ++n) {
+      mOutL = FinishOutput(MixWetDry(wetL[n], dryL[n], mix[n]), fade[n], mNoiseFilterL, mNoiseSeedL);
+      mOutR = FinishOutput(MixWetDry(wetR[n], dryR[n], mix[n]), fade[n], mNoiseFilterR, mNoiseSeedR);
+      mOutL = outL[n] = FlushTinyOrNonFinite(mOutL);
+      mOutR = outR[n] = FlushTinyOrNonFinite(mOutR);
+      mInMono = 0.5 * (dryL[n] + dryR[n]);
+      mOutMono = 0.5 * (mOutL + mOutR);
+      FeedMeter(mInMono, mOutMono);
+    }
   }
 }
 
 void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
-  const double* inL = inputs[0];
-  double* outL = outputs[0];
-  for (int n = 0; n < nFrames; ++n) {
-    mInL = inL[n] * AdvanceFrame();
-    mOutL = MixWetDry(mSat.process_Mono(mInL), mInL);
-    mOutL += mNoiseFilterL.filter(NextNoise(mNoiseSeedL) * mNoiseLevel);
-    mOutL = FlushDenormal(mOutL * mFadeIn);  // infinities and NaNs pass in mono
-    outL[n] = mOutL;
-    FeedMeter(mInL, mOutL);
+  for (int start = 0; start < nFrames; start += kChunkFrames) {
+    const int len = std::min(kChunkFrames, nFrames - start);
+    const double* inL = inputs[0] + start;
+    double* outL = outputs[0] + start;
+    double dry[kChunkFrames], wet[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
+
+    for (int n = 0; n < len; ++n) {
+      const double g = AdvanceFrame();
+      mix[n] = mMix;
+      fade[n] = mFadeIn;
+      mInL = dry[n] = inL[n] * g;
+    }
+
+    mSat.process_MonoBlock(dry, wet, len);
+
+    for (int n = 0; n < len; ++n) {
+      mOutL = FinishOutput(MixWetDry(wet[n], dry[n], mix[n]), fade[n], mNoiseFilterL, mNoiseSeedL);
+      mOutL = outL[n] = FlushDenormal(mOutL);  // infinities and NaNs pass in mono
+      FeedMeter(dry[n], mOutL);
+    }
   }
 }
 
@@ -185,5 +213,6 @@ void Tarn::ProcessDoubleReplacing(double** inputs, double** outputs, int nFrames
   } else {
     ProcessMono(inputs, outputs, nFrames);
   }
+  if (nFrames > 0) UpdateRmsDifference();
   if (GetGUI()) SendNeedle();
 }
