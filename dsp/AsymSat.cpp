@@ -96,20 +96,20 @@ void AsymSat::init_all(double sampleRate, double driveDb, double freqResponse, d
   negKneeInv = 1.0 / negKnee;
 }
 
-void AsymSat::smoothGain() {
+inline void AsymSat::smoothGain() {
   // 0.0010000000000000009 is 1 - 0.999 as the double arithmetic yields it.
   gainSmoothed = 0.999 * gainSmoothed + 0.0010000000000000009 * gainTarget;
   outScale = 0.28061551207734 / gainSmoothed;
 }
 
-double AsymSat::advanceDrift() {
+inline double AsymSat::advanceDrift() {
   const double m = drift[0].advance(driftRandom) * driftDepth + 1.0;
   driftGainL = m;
   driftGainR = m;
   return m;
 }
 
-void AsymSat::updateDetector(double q) {
+inline void AsymSat::updateDetector(double q) {
   const double before = detEnv;
   // The same smoothing on the way up and down.
   detEnv = (detEnv - q) * detCoef + q;
@@ -125,7 +125,7 @@ void AsymSat::updateDetector(double q) {
 
 // Gain reduction from last frame's detector feed: a soft knee G/sqrt(G²+1) whose G falls from
 // 25 as the level rises above the detector's offset.
-double AsymSat::detectorGain() {
+inline double AsymSat::detectorGain() {
   updateDetector(detFeedback * detFeedback);
   const double e = kLinearToDb * std::log(std::fabs(detEnv)) + detOffset;
   const double x = e > 0.0 ? e * detSlope * kDbToLinear : 0.0;
@@ -163,7 +163,7 @@ inline T AsymSat::curveStep(T x, T& mem, T& curvePrev) const {
 
 double AsymSat::curve(double x, double& mem, double& curvePrev) const { return curveStep(x, mem, curvePrev); }
 
-double AsymSat::leftTone(double x) {
+inline double AsymSat::leftTone(double x) {
   x = eq[2].filter(x);
   x = tone[0].process(x);
   x = eq[6].filter(x);
@@ -171,7 +171,7 @@ double AsymSat::leftTone(double x) {
   return tone[4].process(x);
 }
 
-double AsymSat::rightTone(double x) {
+inline double AsymSat::rightTone(double x) {
   x = eq[3].filter(x);
   x = tone[1].process(x);
   x = eq[7].filter(x);
@@ -179,21 +179,21 @@ double AsymSat::rightTone(double x) {
   return tone[5].process(x);
 }
 
-double AsymSat::blockDc(double x, double& dc, double& prev) {
+inline double AsymSat::blockDc(double x, double& dc, double& prev) {
   dc = FlushDenormal(0.999 * dc + x - prev);
   prev = x;
   return dc;
 }
 
-double AsymSat::finishLeft(double x, double scale, double driftGain) {
+inline double AsymSat::finishLeft(double x, double scale, double driftGain) {
   return FlushDenormal(blockDc(leftTone(x * scale) / driftGain, dcL, dcPrevL));
 }
 
-double AsymSat::finishRight(double x, double scale, double driftGain) {
+inline double AsymSat::finishRight(double x, double scale, double driftGain) {
   return FlushDenormal(blockDc(rightTone(x * scale) / driftGain, dcR, dcPrevR));
 }
 
-void AsymSat::frontStereo(double inL, double inR) {
+inline void AsymSat::frontStereo(double inL, double inR) {
   smoothGain();
   workL = gainSmoothed * inL + 1e-11 * NextNoise(seedL);
   workR = gainSmoothed * inR + 1e-11 * NextNoise(seedR);
@@ -214,7 +214,7 @@ void AsymSat::frontStereo(double inL, double inR) {
   workR *= 4.0;
 }
 
-void AsymSat::frontMono(double in) {
+inline void AsymSat::frontMono(double in) {
   smoothGain();
   workL = gainSmoothed * in + 1e-11 * NextNoise(seedL);
   workL = eq[0].filter(workL);

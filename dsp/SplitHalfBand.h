@@ -25,10 +25,10 @@ public:
   static void process(HalfBandFilter& left, HalfBandFilter& right, T* sub, T* branch, int nFrames) {
     const int n = 2 * nFrames;
     for (int k = 0; k < n; ++k) branch[k] = sub[k];
-    runGroup<0>(left, right, sub, nFrames, CAllPassFilterCascade::kPathA);
-    runGroup<3>(left, right, sub, nFrames, CAllPassFilterCascade::kPathA + 3);
-    runGroup<kPerPath>(left, right, branch, nFrames, CAllPassFilterCascade::kPathB);
-    runGroup<kPerPath + 3>(left, right, branch, nFrames, CAllPassFilterCascade::kPathB + 3);
+    runGroup<0>(left, right, sub, nFrames);
+    runGroup<kGroup>(left, right, sub, nFrames);
+    runGroup<kPerPath>(left, right, branch, nFrames);
+    runGroup<kPerPath + kGroup>(left, right, branch, nFrames);
     // out = (A + B of the previous sub-sample)·0.5
     T oldOut = Lanes<T>::Load(left.oldOut, right.oldOut);
     for (int k = 0; k < n; ++k) {
@@ -47,37 +47,48 @@ private:
   };
 
   // y0 = (v − y2)·a + x2, where y2 and x2 are this parity's previous output and input.
-  static T step(T v, History& h, double a) {
+  static T step(T v, History& h, T a) {
     const T y = (v - h.y) * a + h.x;
     h.x = v;
     h.y = y;
     return y;
   }
 
+  static constexpr double coefficient(int section) {
+    return section < kPerPath ? CAllPassFilterCascade::kPathA[section]
+                              : CAllPassFilterCascade::kPathB[section - kPerPath];
+  }
+
+  // One frame, even then odd sub-sample, through the group's sections.
+  static void stepFrame(T* frame, History (&even)[kGroup], History (&odd)[kGroup], const T (&a)[kGroup]) {
+    T v = frame[0];
+#pragma GCC unroll 3
+    for (int s = 0; s < kGroup; ++s) v = step(v, even[s], a[s]);
+    frame[0] = v;
+    v = frame[1];
+#pragma GCC unroll 3
+    for (int s = 0; s < kGroup; ++s) v = step(v, odd[s], a[s]);
+    frame[1] = v;
+  }
+
   // Sections first .. first + kGroup - 1 over the chunk, in place.
   template <int first>
-  static void runGroup(HalfBandFilter& left, HalfBandFilter& right, T* sub, int nFrames, const double* a) {
-    History even[kGroup], odd[kGroup], oddBefore[kGroup];
+  static void runGroup(HalfBandFilter& left, HalfBandFilter& right, T* sub, int nFrames) {
+    const T a[kGroup] = {Splat<T>(coefficient(first)), Splat<T>(coefficient(first + 1)),
+                         Splat<T>(coefficient(first + 2))};
+    History even[kGroup], odd[kGroup];
     for (int s = 0; s < kGroup; ++s) {
       const AllPassStage& l = left.cascade.stages[first + s];
       const AllPassStage& r = right.cascade.stages[first + s];
       odd[s] = {Lanes<T>::Load(l.x0, r.x0), Lanes<T>::Load(l.y0, r.y0)};
       even[s] = {Lanes<T>::Load(l.x1, r.x1), Lanes<T>::Load(l.y1, r.y1)};
     }
-    for (int f = 0; f < nFrames; ++f) {
-      // The last frame pushes the odd values before it to the sections' third-newest place.
-      if (f == nFrames - 1) {
-        for (int s = 0; s < kGroup; ++s) oddBefore[s] = odd[s];
-      }
-      T v = sub[2 * f];
-#pragma GCC unroll 3
-      for (int s = 0; s < kGroup; ++s) v = step(v, even[s], a[s]);
-      sub[2 * f] = v;
-      v = sub[2 * f + 1];
-#pragma GCC unroll 3
-      for (int s = 0; s < kGroup; ++s) v = step(v, odd[s], a[s]);
-      sub[2 * f + 1] = v;
-    }
+    for (int f = 0; f + 1 < nFrames; ++f) stepFrame(sub + 2 * f, even, odd, a);
+    // The last frame pushes the odd values before it to the sections' third-newest place.
+    History oddBefore[kGroup];
+    for (int s = 0; s < kGroup; ++s) oddBefore[s] = odd[s];
+    stepFrame(sub + 2 * (nFrames - 1), even, odd, a);
+
     for (int s = 0; s < kGroup; ++s) {
       AllPassStage& l = left.cascade.stages[first + s];
       AllPassStage& r = right.cascade.stages[first + s];

@@ -86,22 +86,22 @@ void Tarn::SetUpBlock() {
                 0.1 * GetParam(kAsymmetry)->Value());
 }
 
-double Tarn::AdvanceFrame() {
+inline double Tarn::AdvanceFrame() {
   if (mFadeIn <= 1.0) mFadeIn += 0.0001;
   mBypassRamp = 0.99 * mBypassRamp + (mBypass ? 0.0 : 0.010000000000000009);
   mMix = mBypassRamp;
   return mInGain * mFadeIn;
 }
 
-double Tarn::MixWetDry(double wet, double dry, double mix) const {
+inline double Tarn::MixWetDry(double wet, double dry, double mix) const {
   return ClampOutput(wet * mOutGain * mix + (1.0 - mix) * dry);
 }
 
-double Tarn::FinishOutput(double mixed, double fade, RBJ& noiseFilter, int& noiseSeed) {
+inline double Tarn::FinishOutput(double mixed, double fade, RBJ& noiseFilter, int& noiseSeed) {
   return (mixed + noiseFilter.filter(NextNoise(noiseSeed) * mNoiseLevel)) * fade;
 }
 
-void Tarn::FeedMeter(double in, double out) {
+inline void Tarn::FeedMeter(double in, double out) {
   mMeterSource = mVuMode == 0 ? in : out;
   mVuAvg = mVuP * mVuAvg + 2.0 * mVuA * std::fabs(mMeterSource);
   const double coef = mVuAvg > mVuHold ? mVuRise : mVuFall;
