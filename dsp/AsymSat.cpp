@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -247,7 +249,44 @@ void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
   Lanes<T>::Store(sub[2 * n - 1], osL, osR);
 }
 
-void AsymSat::oversampleFrame(bool stereo) {
+// The chunk's values handed from stage to stage, and where its outputs go.
+template <class T>
+struct AsymSat::Chunk {
+  T work[kChunkFrames];
+  T kept[kChunkFrames];
+  double scale[kChunkFrames];
+  double driftGain[kChunkFrames];
+  double* left = nullptr;
+  double* right = nullptr;
+  int frames = 0;
+};
+
+template <>
+inline double AsymSat::front<double>(double in, double) {
+  frontMono(in);
+  return workL;
+}
+
+template <>
+inline LanePair AsymSat::front<LanePair>(double inL, double inR) {
+  frontStereo(inL, inR);
+  return LanePair{workL, workR};
+}
+
+template <>
+inline void AsymSat::finish<double>(const Chunk<double>& c, int i) {
+  outL = c.left[i] = finishLeft(c.kept[i], c.scale[i], c.driftGain[i]);
+}
+
+template <>
+inline void AsymSat::finish<LanePair>(const Chunk<LanePair>& c, int i) {
+  outL = c.left[i] = finishLeft(c.kept[i][0], c.scale[i], c.driftGain[i]);
+  outR = c.right[i] = finishRight(c.kept[i][1], c.scale[i], c.driftGain[i]);
+}
+
+template <class T>
+T AsymSat::oversampleFrame() {
+  constexpr bool stereo = std::is_same_v<T, LanePair>;
   for (int i = 0; i < oversample; ++i) {
     osL = i == 0 ? oversample * workL : 0.0;
     osL = downL.process(curve(upL.process(osL), memL, curvePrevL));
@@ -257,6 +296,8 @@ void AsymSat::oversampleFrame(bool stereo) {
     osR = downR.process(curve(upR.process(osR), memR, curvePrevR));
     if (i == 0) outR = osR;
   }
+  // With no pass at all the previous output goes on.
+  return Lanes<T>::Load(outL, outR);
 }
 
 double AsymSat::process_Stereo(double inL, double inR) {
@@ -271,55 +312,45 @@ double AsymSat::process_Mono(double in) {
   return out;
 }
 
+void AsymSat::process_StereoBlock(const double* inL, const double* inR, double* left, double* right, int n) {
+  runBlock<LanePair>(inL, inR, left, right, n);
+}
+
+void AsymSat::process_MonoBlock(const double* in, double* out, int n) { runBlock<double>(in, in, out, out, n); }
+
 // A frame is one long chain of dependent steps, too long for the processor to overlap one frame
 // with the next. But only the level detector feeds back from frame to frame; the filters and the
 // curve carry just a few samples of state. So a block runs in chunks, each stage over all frames
-// of the chunk before the next stage starts: the detector loop first, then the oversampled
-// section for both channels in step, then the output stages. Each value is still computed by the
-// same operations in the same order, so the output is the same to the bit.
-void AsymSat::process_StereoBlock(const double* inL, const double* inR, double* left, double* right, int n) {
-  const int chunk = chunkFrames();
-  for (int start = 0; start < n; start += chunk) {
-    const int len = std::min(chunk, n - start);
-    LanePair work[kChunkFrames], kept[kChunkFrames];
-    double scale[kChunkFrames], driftGain[kChunkFrames];
-    for (int i = 0; i < len; ++i) {
-      frontStereo(inL[start + i], inR[start + i]);
-      work[i] = LanePair{workL, workR};
-      scale[i] = outScale;
-      driftGain[i] = driftGainL;
+// of a chunk before the next stage starts: the detector loop, then the oversampled section (both
+// channels in step), then the output stages. The detector loop waits on its own feedback most of
+// the time, so the output stages of the previous chunk run in the same loop and fill the gaps.
+// Each value is still computed by the same operations in the same order, so the output is the
+// same to the bit.
+template <class T>
+void AsymSat::runBlock(const double* inL, const double* inR, double* left, double* right, int n) {
+  Chunk<T> chunks[2];
+  Chunk<T>* previous = &chunks[0];
+  Chunk<T>* current = &chunks[1];
+  for (int start = 0; start < n; start += current->frames) {
+    std::swap(previous, current);
+    Chunk<T>& c = *current;
+    c.frames = std::min(chunkFrames(), n - start);
+    c.left = left + start;
+    c.right = right + start;
+    for (int i = 0; i < c.frames; ++i) {
+      c.work[i] = front<T>(inL[start + i], inR[start + i]);
+      c.scale[i] = outScale;
+      c.driftGain[i] = driftGainL;
+      if (i < previous->frames) finish(*previous, i);
     }
-    if (oversample == 2) {
-      oversampleChunk(work, kept, len);
-    } else {
-      oversampleFrame(true);
-      kept[0] = LanePair{outL, outR};
-    }
-    for (int i = 0; i < len; ++i) {
-      outL = left[start + i] = finishLeft(kept[i][0], scale[i], driftGain[i]);
-      outR = right[start + i] = finishRight(kept[i][1], scale[i], driftGain[i]);
-    }
-  }
-}
+    for (int i = c.frames; i < previous->frames; ++i) finish(*previous, i);
+    previous->frames = 0;
 
-void AsymSat::process_MonoBlock(const double* in, double* out, int n) {
-  const int chunk = chunkFrames();
-  for (int start = 0; start < n; start += chunk) {
-    const int len = std::min(chunk, n - start);
-    double work[kChunkFrames], kept[kChunkFrames];
-    double scale[kChunkFrames], driftGain[kChunkFrames];
-    for (int i = 0; i < len; ++i) {
-      frontMono(in[start + i]);
-      work[i] = workL;
-      scale[i] = outScale;
-      driftGain[i] = driftGainL;
-    }
     if (oversample == 2) {
-      oversampleChunk(work, kept, len);
+      oversampleChunk(c.work, c.kept, c.frames);
     } else {
-      oversampleFrame(false);
-      kept[0] = outL;
+      c.kept[0] = oversampleFrame<T>();
     }
-    for (int i = 0; i < len; ++i) outL = out[start + i] = finishLeft(kept[i], scale[i], driftGain[i]);
   }
+  for (int i = 0; i < current->frames; ++i) finish(*current, i);
 }

@@ -76,10 +76,14 @@ struct AsymSat {
   SystemRand driftRandom;
 
 private:
-  // Frames run in chunks of at most this many, stage by stage (see process_StereoBlock).
-  static constexpr int kChunkFrames = 64;
+  // Frames run in chunks of at most this many, stage by stage (see runBlock).
+  static constexpr int kChunkFrames = 16;
+  template <class T> struct Chunk;
+  template <class T> void runBlock(const double* inL, const double* inR, double* left, double* right, int n);
 
-  // Up to the level detector: what feeds the detector loop, in frame order.
+  // Up to the level detector: what feeds the detector loop, in frame order. Returns the
+  // working sample(s) for the oversampled section.
+  template <class T> T front(double inL, double inR);
   void frontStereo(double inL, double inR);
   void frontMono(double in);
   void smoothGain();
@@ -92,10 +96,11 @@ private:
   template <class T> void oversampleChunk(const T* work, T* kept, int n);
   template <class T> T curveStep(T x, T& mem, T& curvePrev) const;
   // Any factor other than 2 (a fresh object has 0): the general pass loop for one frame.
-  void oversampleFrame(bool stereo);
+  template <class T> T oversampleFrame();
   int chunkFrames() const { return oversample == 2 ? kChunkFrames : 1; }
 
   // After the oversampled section: output compensation, tone, drift removal and DC blocker.
+  template <class T> void finish(const Chunk<T>& chunk, int i);
   double finishLeft(double x, double scale, double driftGain);
   double finishRight(double x, double scale, double driftGain);
   double leftTone(double x);
