@@ -38,8 +38,14 @@ public:
 private:
   void InitParameters();
 
+  // Everything the coefficient designs read.
+  struct DesignInputs {
+    double sampleRate, designRate, drive, trim, crosstalkDb, freqResponse, asymmetry;
+  };
+
   // Per block: every coefficient from the current parameter values.
   void SetUpBlock();
+  void Design(const DesignInputs& inputs);
   // Frames run in chunks of at most this many, stage by stage.
   static constexpr int kChunkFrames = 64;
   void ProcessStereo(double** inputs, double** outputs, int nFrames);
@@ -82,6 +88,8 @@ private:
   bool mBypass = false;
   double mDesignRate = 44100.0;
   double mCrosstalkDb = -90.0;  // the block's "Crosstalk Level", read once at set-up
+  DesignInputs mDesignedFor{};  // what the current coefficients were designed from
+  bool mDesignValid = false;
   double mInL = 0.0, mInR = 0.0;
   double mInMono = 0.0;
   double mOutL = 0.0, mOutR = 0.0;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -53,37 +54,53 @@ void Tarn::Reset() {
   WDL_MutexLock lock(&GetMutex());
   mDesignRate = GetSampleRate();
   mSat.init_all(mDesignRate, 0.0, 0.0, 0.2, 0.5);
+  mDesignValid = false;
   mRmsDiffDb = 0.0;
   mFadeIn = 1.0;
 }
 
-// Coefficients are designed once per block, so parameter changes act at block boundaries.
+// Coefficients follow the parameters at every block, so parameter changes act at block
+// boundaries. The designs are pure functions of the values they read: when none of those
+// changed since the last block, designing again would write the very same bits, so it is
+// skipped (a Reset, which re-initialises the saturator, always forces the next design).
 void Tarn::SetUpBlock() {
-  const double fs = GetSampleRate();
-  const double drive = GetParam(kDrive)->Value();
   const double trim = GetParam(kInputTrim)->Value();
-  const double crosstalkDb = GetParam(kCrosstalk)->Value();
+  // Always rewritten: a change of "Output Compensation" sets its own value in between.
+  mNoiseLevel = std::exp((0.1 * trim - 90.0) * kDbToLinear);  // -90 dB, moved by trim / 10
+  mVuMode = static_cast<int>(GetParam(kVuMode)->Value());
 
+  const DesignInputs inputs = {GetSampleRate(),
+                               mDesignRate,
+                               GetParam(kDrive)->Value(),
+                               trim,
+                               GetParam(kCrosstalk)->Value(),
+                               GetParam(kFreqResponse)->Value(),
+                               GetParam(kAsymmetry)->Value()};
+  if (mDesignValid && std::memcmp(&inputs, &mDesignedFor, sizeof inputs) == 0) return;
+  Design(inputs);
+  mDesignedFor = inputs;
+  mDesignValid = true;
+}
+
+void Tarn::Design(const DesignInputs& in) {
+  const double fs = in.sampleRate;
   // Ballistics settle to 1 % in 300 ms; the averaging low-pass has unity gain at DC.
   mVuRise = mVuFall = std::pow(0.01, 1.0 / (fs * 0.001 * 300.0));
   mVuP = (3.0 * fs - kTwoPi) / (3.0 * fs + kTwoPi);
   mVuA = kTwoPi / (3.0 * fs + kTwoPi);
   mRmsCoef = std::exp(-1.0 / (0.6 * fs));  // 600 ms integration
 
-  const double levelDb = 6.0 * drive - 40.0;  // "Drive" 0 to 10 spans -40 to +20 dB
-  mNoiseLevel = std::exp((0.1 * trim - 90.0) * kDbToLinear);  // -90 dB, moved by trim / 10
+  const double levelDb = 6.0 * in.drive - 40.0;  // "Drive" 0 to 10 spans -40 to +20 dB
   // The noise and crosstalk filters are designed at the rate captured by the last Reset.
-  mNoiseFilterL.setup(8, 850.0, mDesignRate, 0.2, levelDb * 0.25 - 14.0, true);
-  mNoiseFilterR.setup(8, 850.0, mDesignRate, 0.2, levelDb * 0.25 - 14.0, true);
-  mXtalkToLeft.setup(7, 867.0, mDesignRate, 0.24, -3.1, true);
-  mXtalkToRight.setup(7, 867.0, mDesignRate, 0.24, -3.1, true);
-  mXtalkToLeftGain = std::exp(crosstalkDb * kDbToLinear);
-  mXtalkToRightGain = std::exp((crosstalkDb + 1.0) * kDbToLinear);  // 1 dB stronger on purpose
-  mCrosstalkDb = crosstalkDb;
+  mNoiseFilterL.setup(8, 850.0, in.designRate, 0.2, levelDb * 0.25 - 14.0, true);
+  mNoiseFilterR.setup(8, 850.0, in.designRate, 0.2, levelDb * 0.25 - 14.0, true);
+  mXtalkToLeft.setup(7, 867.0, in.designRate, 0.24, -3.1, true);
+  mXtalkToRight.setup(7, 867.0, in.designRate, 0.24, -3.1, true);
+  mXtalkToLeftGain = std::exp(in.crosstalkDb * kDbToLinear);
+  mXtalkToRightGain = std::exp((in.crosstalkDb + 1.0) * kDbToLinear);  // 1 dB stronger on purpose
+  mCrosstalkDb = in.crosstalkDb;
 
-  mVuMode = static_cast<int>(GetParam(kVuMode)->Value());
-  mSat.init_all(fs, levelDb, GetParam(kFreqResponse)->Value(), 0.01 * trim + 0.2,
-                0.1 * GetParam(kAsymmetry)->Value());
+  mSat.init_all(fs, levelDb, in.freqResponse, 0.01 * in.trim + 0.2, 0.1 * in.asymmetry);
 }
 
 inline double Tarn::AdvanceFrame() {

@@ -290,3 +290,33 @@ TEST(TarnBlock, EveryBlockSizeEqualsSingleFrames) {
     }
   }
 }
+
+// Coefficient designs are skipped while their inputs stay the same, so a change must still act
+// at the next block, also a change back to an earlier value. Bypassed with silence in, the
+// output is the noise floor alone, shaped by a shelf whose gain follows "Drive": modelled here
+// with its own biquad, redesigned at the same frames and keeping its memory.
+TEST(TarnBlock, DriveChangesReshapeTheNoiseFloorAtTheNextBlock) {
+  std::unique_ptr<IPlugAdaptor> plug(MakePlug());
+  plug->SetIO(2, 2);
+  plug->SetSampleRate(kRate);
+  plug->Reset();
+  plug->SetParameter(kBypass, 1.0);
+
+  RBJ shelf{};
+  int seed = 0;
+  const double level = std::exp(-90.0 * 0.1151292546497);
+  std::vector<float> silence(500, 0.0f), outL(500), outR(500);
+  float* ins[2] = {silence.data(), silence.data()};
+  float* outs[2] = {outL.data(), outR.data()};
+  for (double drive : {0.0, 10.0, 10.0, 0.0, 5.0}) {
+    plug->SetParameter(kDrive, drive);
+    shelf.setup(8, 850.0, kRate, 0.2, (6.0 * drive - 40.0) * 0.25 - 14.0, true);
+    plug->ProcessAudio(ins, outs, 500);
+    for (int n = 0; n < 500; ++n) {
+      seed = (3877 * seed + 29573) % 139968;
+      const double u = seed * 2 * -7.144490169181527e-06 + 1.0;
+      const float expected = static_cast<float>(shelf.filter(u * level) * 1.0001);
+      ASSERT_EQ(outL[n], expected) << "drive " << drive << ", frame " << n;
+    }
+  }
+}
