@@ -2,6 +2,7 @@
 
 #include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
+#include "dsp/FilterLanes.h"
 #include "dsp/LanePair.h"
 #include "dsp/NoiseSource.h"
 #include "dsp/SplitHalfBand.h"
@@ -165,36 +166,6 @@ inline T AsymSat::curveStep(T x, T& mem, T& curvePrev) const {
 
 double AsymSat::curve(double x, double& mem, double& curvePrev) const { return curveStep(x, mem, curvePrev); }
 
-inline double AsymSat::leftTone(double x) {
-  x = eq[2].filter(x);
-  x = tone[0].process(x);
-  x = eq[6].filter(x);
-  x = tone[2].process(x);
-  return tone[4].process(x);
-}
-
-inline double AsymSat::rightTone(double x) {
-  x = eq[3].filter(x);
-  x = tone[1].process(x);
-  x = eq[7].filter(x);
-  x = tone[3].process(x);
-  return tone[5].process(x);
-}
-
-inline double AsymSat::blockDc(double x, double& dc, double& prev) {
-  dc = FlushDenormal(0.999 * dc + x - prev);
-  prev = x;
-  return dc;
-}
-
-inline double AsymSat::finishLeft(double x, double scale, double driftGain) {
-  return FlushDenormal(blockDc(leftTone(x * scale) / driftGain, dcL, dcPrevL));
-}
-
-inline double AsymSat::finishRight(double x, double scale, double driftGain) {
-  return FlushDenormal(blockDc(rightTone(x * scale) / driftGain, dcR, dcPrevR));
-}
-
 inline void AsymSat::frontStereo(double inL, double inR) {
   smoothGain();
   workL = gainSmoothed * inL + 1e-11 * NextNoise(seedL);
@@ -249,6 +220,50 @@ void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
   Lanes<T>::Store(sub[2 * n - 1], osL, osR);
 }
 
+// The stages after the oversampled section, for the left channel or both: output compensation,
+// de-emphasis and tone, removal of the drift gain and the DC blocker. Their state is held in
+// locals while a chunk runs and written back by store().
+template <class T>
+class AsymSat::OutputStages {
+public:
+  explicit OutputStages(AsymSat& sat)
+      : mSat(sat), mDeEmphasis(sat.eq[2], sat.eq[3]), mLowPass(sat.tone[0], sat.tone[1]),
+        mLowBump(sat.eq[6], sat.eq[7]), mShelf10k(sat.tone[2], sat.tone[3]), mShelf14k(sat.tone[4], sat.tone[5]),
+        mDc(Lanes<T>::Load(sat.dcL, sat.dcR)), mDcPrev(Lanes<T>::Load(sat.dcPrevL, sat.dcPrevR)) {}
+
+  T run(T x, double scale, double driftGain) {
+    x = x * scale;
+    x = mDeEmphasis.filter(x);
+    x = mLowPass.process(x);
+    x = mLowBump.filter(x);
+    x = mShelf10k.process(x);
+    x = mShelf14k.process(x);
+    x = x / driftGain;
+    // DC blocker: dc = 0.999·dc + x − previous x.
+    mDc = FlushDenormal(0.999 * mDc + x - mDcPrev);
+    mDcPrev = x;
+    return FlushDenormal(mDc);
+  }
+
+  void store() const {
+    mDeEmphasis.store(mSat.eq[2], mSat.eq[3]);
+    mLowPass.store(mSat.tone[0], mSat.tone[1]);
+    mLowBump.store(mSat.eq[6], mSat.eq[7]);
+    mShelf10k.store(mSat.tone[2], mSat.tone[3]);
+    mShelf14k.store(mSat.tone[4], mSat.tone[5]);
+    Lanes<T>::Store(mDc, mSat.dcL, mSat.dcR);
+    Lanes<T>::Store(mDcPrev, mSat.dcPrevL, mSat.dcPrevR);
+  }
+
+private:
+  AsymSat& mSat;
+  BiquadLanes<T> mDeEmphasis;
+  OnePoleLanes<T> mLowPass;
+  BiquadLanes<T> mLowBump;
+  OnePoleLanes<T> mShelf10k, mShelf14k;
+  T mDc, mDcPrev;
+};
+
 // The chunk's values handed from stage to stage, and where its outputs go.
 template <class T>
 struct AsymSat::Chunk {
@@ -273,15 +288,11 @@ inline LanePair AsymSat::front<LanePair>(double inL, double inR) {
   return LanePair{workL, workR};
 }
 
-template <>
-inline void AsymSat::finish<double>(const Chunk<double>& c, int i) {
-  outL = c.left[i] = finishLeft(c.kept[i], c.scale[i], c.driftGain[i]);
-}
-
-template <>
-inline void AsymSat::finish<LanePair>(const Chunk<LanePair>& c, int i) {
-  outL = c.left[i] = finishLeft(c.kept[i][0], c.scale[i], c.driftGain[i]);
-  outR = c.right[i] = finishRight(c.kept[i][1], c.scale[i], c.driftGain[i]);
+template <class T>
+inline void AsymSat::finish(const Chunk<T>& c, int i, OutputStages<T>& stages) {
+  const T out = stages.run(c.kept[i], c.scale[i], c.driftGain[i]);
+  Lanes<T>::Store(out, outL, outR);
+  Lanes<T>::Store(out, c.left[i], c.right[i]);
 }
 
 template <class T>
@@ -337,13 +348,15 @@ void AsymSat::runBlock(const double* inL, const double* inR, double* left, doubl
     c.frames = std::min(chunkFrames(), n - start);
     c.left = left + start;
     c.right = right + start;
+    OutputStages<T> stages(*this);
     for (int i = 0; i < c.frames; ++i) {
       c.work[i] = front<T>(inL[start + i], inR[start + i]);
       c.scale[i] = outScale;
       c.driftGain[i] = driftGainL;
-      if (i < previous->frames) finish(*previous, i);
+      if (i < previous->frames) finish(*previous, i, stages);
     }
-    for (int i = c.frames; i < previous->frames; ++i) finish(*previous, i);
+    for (int i = c.frames; i < previous->frames; ++i) finish(*previous, i, stages);
+    stages.store();
     previous->frames = 0;
 
     if (oversample == 2) {
@@ -352,5 +365,7 @@ void AsymSat::runBlock(const double* inL, const double* inR, double* left, doubl
       c.kept[0] = oversampleFrame<T>();
     }
   }
-  for (int i = 0; i < current->frames; ++i) finish(*current, i);
+  OutputStages<T> stages(*this);
+  for (int i = 0; i < current->frames; ++i) finish(*current, i, stages);
+  stages.store();
 }

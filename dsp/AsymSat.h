@@ -100,10 +100,6 @@ private:
   int chunkFrames() const { return oversample == 2 ? kChunkFrames : 1; }
 
   // After the oversampled section: output compensation, tone, drift removal and DC blocker.
-  template <class T> void finish(const Chunk<T>& chunk, int i);
-  double finishLeft(double x, double scale, double driftGain);
-  double finishRight(double x, double scale, double driftGain);
-  double leftTone(double x);
-  double rightTone(double x);
-  static double blockDc(double x, double& dc, double& prev);
+  template <class T> class OutputStages;
+  template <class T> void finish(const Chunk<T>& chunk, int i, OutputStages<T>& stages);
 };
