@@ -25,8 +25,10 @@ public:
   static void process(HalfBandFilter& left, HalfBandFilter& right, T* sub, T* branch, int nFrames) {
     const int n = 2 * nFrames;
     for (int k = 0; k < n; ++k) branch[k] = sub[k];
-    runGroup<0>(left, right, sub, branch, nFrames);
-    runGroup<kGroup>(left, right, sub, branch, nFrames);
+    runGroup<0>(left, right, sub, nFrames);
+    runGroup<kGroup>(left, right, sub, nFrames);
+    runGroup<kPerPath>(left, right, branch, nFrames);
+    runGroup<kPerPath + kGroup>(left, right, branch, nFrames);
     // out = (A + B of the previous sub-sample)·0.5
     T oldOut = Lanes<T>::Load(left.oldOut, right.oldOut);
     for (int k = 0; k < n; ++k) {
@@ -38,7 +40,6 @@ public:
 
 private:
   static constexpr int kGroup = 3;
-  static constexpr int kSlots = 2 * kGroup;  // a group's sections of path A, then of path B
 
   // One section's newest input and output for one parity of sub-samples.
   struct History {
@@ -58,52 +59,45 @@ private:
                               : CAllPassFilterCascade::kPathB[section - kPerPath];
   }
 
-  // One frame, even then odd sub-sample, through the group's sections: the first kGroup of
-  // path A on `a`, the other kGroup of path B on `b`.
-  static void stepFrame(T* a, T* b, History (&even)[kSlots], History (&odd)[kSlots], const T (&coef)[kSlots]) {
-    a[0] = runSections(a[0], even, coef, 0);
-    b[0] = runSections(b[0], even, coef, kGroup);
-    a[1] = runSections(a[1], odd, coef, 0);
-    b[1] = runSections(b[1], odd, coef, kGroup);
-  }
-
-  static T runSections(T v, History (&h)[kSlots], const T (&coef)[kSlots], int first) {
+  // One frame, even then odd sub-sample, through the group's sections.
+  static void stepFrame(T* frame, History (&even)[kGroup], History (&odd)[kGroup], const T (&a)[kGroup]) {
+    T v = frame[0];
 #pragma GCC unroll 3
-    for (int s = first; s < first + kGroup; ++s) v = step(v, h[s], coef[s]);
-    return v;
+    for (int s = 0; s < kGroup; ++s) v = step(v, even[s], a[s]);
+    frame[0] = v;
+    v = frame[1];
+#pragma GCC unroll 3
+    for (int s = 0; s < kGroup; ++s) v = step(v, odd[s], a[s]);
+    frame[1] = v;
   }
 
-  // The section of the filter held in a group slot.
-  static constexpr int section(int first, int slot) { return slot < kGroup ? first + slot : kPerPath + first + slot - kGroup; }
-
-  // Sections first .. first + kGroup - 1 of both paths over the chunk, in place: path A on
-  // `sub`, path B on `branch`. The two paths' recursions are independent and run side by side.
+  // Sections first .. first + kGroup - 1 over the chunk, in place.
   template <int first>
-  static void runGroup(HalfBandFilter& left, HalfBandFilter& right, T* sub, T* branch, int nFrames) {
-    T coef[kSlots];
-    History even[kSlots], odd[kSlots];
-    for (int slot = 0; slot < kSlots; ++slot) {
-      coef[slot] = Splat<T>(coefficient(section(first, slot)));
-      const AllPassStage& l = left.cascade.stages[section(first, slot)];
-      const AllPassStage& r = right.cascade.stages[section(first, slot)];
-      odd[slot] = {Lanes<T>::Load(l.x0, r.x0), Lanes<T>::Load(l.y0, r.y0)};
-      even[slot] = {Lanes<T>::Load(l.x1, r.x1), Lanes<T>::Load(l.y1, r.y1)};
+  static void runGroup(HalfBandFilter& left, HalfBandFilter& right, T* sub, int nFrames) {
+    const T a[kGroup] = {Splat<T>(coefficient(first)), Splat<T>(coefficient(first + 1)),
+                         Splat<T>(coefficient(first + 2))};
+    History even[kGroup], odd[kGroup];
+    for (int s = 0; s < kGroup; ++s) {
+      const AllPassStage& l = left.cascade.stages[first + s];
+      const AllPassStage& r = right.cascade.stages[first + s];
+      odd[s] = {Lanes<T>::Load(l.x0, r.x0), Lanes<T>::Load(l.y0, r.y0)};
+      even[s] = {Lanes<T>::Load(l.x1, r.x1), Lanes<T>::Load(l.y1, r.y1)};
     }
-    for (int f = 0; f + 1 < nFrames; ++f) stepFrame(sub + 2 * f, branch + 2 * f, even, odd, coef);
+    for (int f = 0; f + 1 < nFrames; ++f) stepFrame(sub + 2 * f, even, odd, a);
     // The last frame pushes the odd values before it to the sections' third-newest place.
-    History oddBefore[kSlots];
-    for (int slot = 0; slot < kSlots; ++slot) oddBefore[slot] = odd[slot];
-    stepFrame(sub + 2 * (nFrames - 1), branch + 2 * (nFrames - 1), even, odd, coef);
+    History oddBefore[kGroup];
+    for (int s = 0; s < kGroup; ++s) oddBefore[s] = odd[s];
+    stepFrame(sub + 2 * (nFrames - 1), even, odd, a);
 
-    for (int slot = 0; slot < kSlots; ++slot) {
-      AllPassStage& l = left.cascade.stages[section(first, slot)];
-      AllPassStage& r = right.cascade.stages[section(first, slot)];
-      Lanes<T>::Store(odd[slot].x, l.x0, r.x0);
-      Lanes<T>::Store(even[slot].x, l.x1, r.x1);
-      Lanes<T>::Store(oddBefore[slot].x, l.x2, r.x2);
-      Lanes<T>::Store(odd[slot].y, l.y0, r.y0);
-      Lanes<T>::Store(even[slot].y, l.y1, r.y1);
-      Lanes<T>::Store(oddBefore[slot].y, l.y2, r.y2);
+    for (int s = 0; s < kGroup; ++s) {
+      AllPassStage& l = left.cascade.stages[first + s];
+      AllPassStage& r = right.cascade.stages[first + s];
+      Lanes<T>::Store(odd[s].x, l.x0, r.x0);
+      Lanes<T>::Store(even[s].x, l.x1, r.x1);
+      Lanes<T>::Store(oddBefore[s].x, l.x2, r.x2);
+      Lanes<T>::Store(odd[s].y, l.y0, r.y0);
+      Lanes<T>::Store(even[s].y, l.y1, r.y1);
+      Lanes<T>::Store(oddBefore[s].y, l.y2, r.y2);
     }
   }
 };
