@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dsp/AsymSat.h"
+#include "dsp/FilterLanes.h"
 #include "dsp/RBJ.h"
 #include "plug/IPlugAdaptor.h"
 
@@ -52,9 +53,8 @@ private:
   void ProcessMono(double** inputs, double** outputs, int nFrames);
   // Fade and bypass ramp for one frame; returns the input gain for it.
   double AdvanceFrame();
-  double MixWetDry(double wet, double dry, double mix) const;
-  // Adds the channel's noise floor and applies the fade.
-  double FinishOutput(double mixed, double fade, RBJ& noiseFilter, int& noiseSeed);
+  template <class T> T MixWetDry(T wet, T dry, double mix) const;
+  template <class T> T AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade);
   void FeedMeter(double in, double out);
   void UpdateRmsDifference();
   void SendNeedle();

@@ -3,11 +3,14 @@
 
 #include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
+#include "dsp/FilterLanes.h"
+#include "dsp/LanePair.h"
 #include "dsp/NoiseSource.h"
 #include "editor/IGraphics.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -19,11 +22,19 @@ constexpr double kClamp = 20.0;
 constexpr double kNeedleZeroMark = 0.638;
 
 // Stereo outputs: anything below 2^-54 in magnitude, and infinities and NaNs, become 0.
-inline double FlushTinyOrNonFinite(double v) {
-  return ((ExponentField(v) + 1) & 0x7FF) <= 969 ? 0.0 : v;
+inline LanePair FlushTinyOrNonFinite(LanePair v) {
+  typedef std::uint64_t Bits __attribute__((vector_size(16)));
+  Bits bits;
+  std::memcpy(&bits, &v, sizeof bits);
+  const Bits exponent = (bits >> 52) & 0x7FF;
+  return ((exponent + 1) & 0x7FF) <= 969 ? LanePair{0.0, 0.0} : v;
 }
 
-inline double ClampOutput(double v) { return v < -kClamp ? -kClamp : std::min(kClamp, v); }
+// Below -20 becomes -20, otherwise min(20, v) (which also turns a NaN into 20).
+template <class T>
+inline T ClampOutput(T v) {
+  return v < -kClamp ? Splat<T>(-kClamp) : v < kClamp ? v : Splat<T>(kClamp);
+}
 
 }  // namespace
 
@@ -110,12 +121,15 @@ inline double Tarn::AdvanceFrame() {
   return mInGain * mFadeIn;
 }
 
-inline double Tarn::MixWetDry(double wet, double dry, double mix) const {
+template <class T>
+inline T Tarn::MixWetDry(T wet, T dry, double mix) const {
   return ClampOutput(wet * mOutGain * mix + (1.0 - mix) * dry);
 }
 
-inline double Tarn::FinishOutput(double mixed, double fade, RBJ& noiseFilter, int& noiseSeed) {
-  return (mixed + noiseFilter.filter(NextNoise(noiseSeed) * mNoiseLevel)) * fade;
+// The mixed output plus the channel's noise floor (noise through its shelf), faded.
+template <class T>
+inline T Tarn::AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade) {
+  return (mixed + noiseFilter.filter(noise * mNoiseLevel)) * fade;
 }
 
 inline void Tarn::FeedMeter(double in, double out) {
@@ -142,50 +156,60 @@ void Tarn::UpdateRmsDifference() {
 // The saturator runs a chunk of frames at a time (AsymSat::process_StereoBlock), so the engine
 // is staged alike: the input stage (fade, bypass ramp, trim, crosstalk) for every frame of the
 // chunk, the saturator, then the output stage (mix, clamp, noise, fade, meter). Each frame's
-// values are the same as if the frames ran one by one.
+// values are the same as if the frames ran one by one. Left and right run in step as lane pairs,
+// with the filters' state in locals for the whole block.
 void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
   // At the bottom of the range the leak is off and both crosstalk filters stand still.
   const bool crosstalkOn = mCrosstalkDb > -120.0;
+  // Left lane first: the leak into the right channel filters the left input, and vice versa.
+  BiquadLanes<LanePair> leakFilters(mXtalkToRight, mXtalkToLeft);
+  const LanePair leakGains = {mXtalkToLeftGain, mXtalkToRightGain};
+  BiquadLanes<LanePair> noiseFilters(mNoiseFilterL, mNoiseFilterR);
   for (int start = 0; start < nFrames; start += kChunkFrames) {
     const int len = std::min(kChunkFrames, nFrames - start);
     const double* inL = inputs[0] + start;
     const double* inR = inputs[1] + start;
     double* outL = outputs[0] + start;
     double* outR = outputs[1] + start;
-    double dryL[kChunkFrames], dryR[kChunkFrames], wetL[kChunkFrames], wetR[kChunkFrames];
-    double mix[kChunkFrames], fade[kChunkFrames];
+    LanePair dry[kChunkFrames];
+    double wetL[kChunkFrames], wetR[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
 
     for (int n = 0; n < len; ++n) {
       const double g = AdvanceFrame();
       mix[n] = mMix;
       fade[n] = mFadeIn;
-      mInL = dryL[n] = inL[n] * g;
-      mInR = dryR[n] = inR[n] * g;
-      wetL[n] = mInL;
-      wetR[n] = mInR;
+      const LanePair in = LanePair{inL[n], inR[n]} * g;
+      dry[n] = in;
+      LanePair wet = in;
       if (crosstalkOn) {
-        const double eL = mXtalkToRight.filter(mInL);
-        const double eR = mXtalkToLeft.filter(mInR);
-        wetL[n] = mInL + eR * mXtalkToLeftGain;
-        wetR[n] = mInR + eL * mXtalkToRightGain;
+        const LanePair leak = leakFilters.filter(in);
+        wet = in + LanePair{leak[1], leak[0]} * leakGains;
       }
+      wetL[n] = wet[0];
+      wetR[n] = wet[1];
     }
 
     mSat.process_StereoBlock(wetL, wetR, wetL, wetR, len);
 
     for (int n = 0; n < len; ++n) {
-      mOutL = FinishOutput(MixWetDry(wetL[n], dryL[n], mix[n]), fade[n], mNoiseFilterL, mNoiseSeedL);
-      mOutR = FinishOutput(MixWetDry(wetR[n], dryR[n], mix[n]), fade[n], mNoiseFilterR, mNoiseSeedR);
-      mOutL = outL[n] = FlushTinyOrNonFinite(mOutL);
-      mOutR = outR[n] = FlushTinyOrNonFinite(mOutR);
-      mInMono = 0.5 * (dryL[n] + dryR[n]);
+      const LanePair mixed = MixWetDry(LanePair{wetL[n], wetR[n]}, dry[n], mix[n]);
+      const LanePair noise = {NextNoise(mNoiseSeedL), NextNoise(mNoiseSeedR)};
+      const LanePair out = FlushTinyOrNonFinite(AddNoise(mixed, noise, noiseFilters, fade[n]));
+      mOutL = outL[n] = out[0];
+      mOutR = outR[n] = out[1];
+      mInMono = 0.5 * (dry[n][0] + dry[n][1]);
       mOutMono = 0.5 * (mOutL + mOutR);
       FeedMeter(mInMono, mOutMono);
     }
+    mInL = dry[len - 1][0];
+    mInR = dry[len - 1][1];
   }
+  leakFilters.store(mXtalkToRight, mXtalkToLeft);
+  noiseFilters.store(mNoiseFilterL, mNoiseFilterR);
 }
 
 void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
+  BiquadLanes<double> noiseFilter(mNoiseFilterL, mNoiseFilterL);
   for (int start = 0; start < nFrames; start += kChunkFrames) {
     const int len = std::min(kChunkFrames, nFrames - start);
     const double* inL = inputs[0] + start;
@@ -202,11 +226,13 @@ void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
     mSat.process_MonoBlock(dry, wet, len);
 
     for (int n = 0; n < len; ++n) {
-      mOutL = FinishOutput(MixWetDry(wet[n], dry[n], mix[n]), fade[n], mNoiseFilterL, mNoiseSeedL);
-      mOutL = outL[n] = FlushDenormal(mOutL);  // infinities and NaNs pass in mono
+      const double mixed = MixWetDry(wet[n], dry[n], mix[n]);
+      const double out = AddNoise(mixed, NextNoise(mNoiseSeedL), noiseFilter, fade[n]);
+      mOutL = outL[n] = FlushDenormal(out);  // infinities and NaNs pass in mono
       FeedMeter(dry[n], mOutL);
     }
   }
+  noiseFilter.store(mNoiseFilterL, mNoiseFilterL);
 }
 
 // Maps the meter to the needle's scale and hands it to the editor.
