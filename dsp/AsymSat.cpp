@@ -352,7 +352,7 @@ void AsymSat::runBlock(const double* inL, const double* inR, double* left, doubl
     for (int i = 0; i < c.frames; ++i) {
       c.work[i] = front<T>(inL[start + i], inR[start + i]);
       c.scale[i] = outScale;
-      c.driftGain[i] = driftGainL;
+      c.driftGain[i] = driftGainL;  // driftGainR is the same value
       if (i < previous->frames) finish(*previous, i, stages);
     }
     for (int i = c.frames; i < previous->frames; ++i) finish(*previous, i, stages);
