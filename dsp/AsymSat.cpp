@@ -2,10 +2,15 @@
 
 #include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
+#include "dsp/FilterLanes.h"
+#include "dsp/LanePair.h"
 #include "dsp/NoiseSource.h"
+#include "dsp/SplitHalfBand.h"
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -94,20 +99,20 @@ void AsymSat::init_all(double sampleRate, double driveDb, double freqResponse, d
   negKneeInv = 1.0 / negKnee;
 }
 
-void AsymSat::smoothGain() {
+inline void AsymSat::smoothGain() {
   // 0.0010000000000000009 is 1 - 0.999 as the double arithmetic yields it.
   gainSmoothed = 0.999 * gainSmoothed + 0.0010000000000000009 * gainTarget;
   outScale = 0.28061551207734 / gainSmoothed;
 }
 
-double AsymSat::advanceDrift() {
+inline double AsymSat::advanceDrift() {
   const double m = drift[0].advance(driftRandom) * driftDepth + 1.0;
   driftGainL = m;
   driftGainR = m;
   return m;
 }
 
-void AsymSat::updateDetector(double q) {
+inline void AsymSat::updateDetector(double q) {
   const double before = detEnv;
   // The same smoothing on the way up and down.
   detEnv = (detEnv - q) * detCoef + q;
@@ -123,7 +128,7 @@ void AsymSat::updateDetector(double q) {
 
 // Gain reduction from last frame's detector feed: a soft knee G/sqrt(G²+1) whose G falls from
 // 25 as the level rises above the detector's offset.
-double AsymSat::detectorGain() {
+inline double AsymSat::detectorGain() {
   updateDetector(detFeedback * detFeedback);
   const double e = kLinearToDb * std::log(std::fabs(detEnv)) + detOffset;
   const double x = e > 0.0 ? e * detSlope * kDbToLinear : 0.0;
@@ -135,49 +140,33 @@ double AsymSat::detectorGain() {
 // sample, not of the smoothed one; an input of exactly zero (or NaN) takes the negative side.
 // Both even terms are non-negative and subtracted, pulling both half-waves down. Powers are
 // multiplied out factor by factor, left to right (s⁴ is s·s·s·s), never through pow.
-double AsymSat::curve(double x, double& mem, double& curvePrev) const {
-  const double s = memIn * x + memFb * mem;
+//
+// Both half-waves share one form, odd = (a / sqrt(a·a + 1))·k and even = (b / sqrt(c + 1))·k',
+// so each lane picks its half-wave's operands and the square roots run once (a factor k of 1.0
+// stands for "no factor": multiplying by 1 is exact).
+template <class T>
+inline T AsymSat::curveStep(T x, T& mem, T& curvePrev) const {
+  const T s = memIn * x + memFb * mem;
   mem = s;
-  double odd;
-  double even;
-  if (x > 0.0) {
-    const double p = posKnee * s;
-    odd = (p / std::sqrt(p * p + 1.0)) * posKneeInv;
-    even = s * s / std::sqrt(s * s * s * s + 1.0);
-  } else {
-    odd = s / std::sqrt(s * s + 1.0);
-    const double u = negKnee * s * s;
-    even = (u / std::sqrt(u * u + 1.0)) * negKneeInv;
-  }
-  const double y = odd - evenWeight * even;
-  const double out = (y - postFb * curvePrev) * postScale;
+  const auto positive = x > 0.0;
+  const T p = posKnee * s;  // positive half-wave: p/sqrt(p²+1) and s²/sqrt(s⁴+1)
+  const T u = negKnee * s * s;  // negative half-wave: s/sqrt(s²+1) and u/sqrt(u²+1)
+  const T oddIn = positive ? p : s;
+  const T oddGain = positive ? Splat<T>(posKneeInv) : Splat<T>(1.0);
+  const T evenIn = positive ? s * s : u;
+  const T evenSquare = positive ? s * s * s * s : u * u;
+  const T evenGain = positive ? Splat<T>(1.0) : Splat<T>(negKneeInv);
+  const T odd = (oddIn / SquareRoot(oddIn * oddIn + 1.0)) * oddGain;
+  const T even = (evenIn / SquareRoot(evenSquare + 1.0)) * evenGain;
+  const T y = odd - evenWeight * even;
+  const T out = (y - postFb * curvePrev) * postScale;
   curvePrev = y;
   return out;
 }
 
-double AsymSat::leftTone(double x) {
-  x = eq[2].filter(x);
-  x = tone[0].process(x);
-  x = eq[6].filter(x);
-  x = tone[2].process(x);
-  return tone[4].process(x);
-}
+double AsymSat::curve(double x, double& mem, double& curvePrev) const { return curveStep(x, mem, curvePrev); }
 
-double AsymSat::rightTone(double x) {
-  x = eq[3].filter(x);
-  x = tone[1].process(x);
-  x = eq[7].filter(x);
-  x = tone[3].process(x);
-  return tone[5].process(x);
-}
-
-double AsymSat::blockDc(double x, double& dc, double& prev) {
-  dc = FlushDenormal(0.999 * dc + x - prev);
-  prev = x;
-  return dc;
-}
-
-double AsymSat::process_Stereo(double inL, double inR) {
+inline void AsymSat::frontStereo(double inL, double inR) {
   smoothGain();
   workL = gainSmoothed * inL + 1e-11 * NextNoise(seedL);
   workR = gainSmoothed * inR + 1e-11 * NextNoise(seedR);
@@ -196,36 +185,9 @@ double AsymSat::process_Stereo(double inL, double inR) {
   detFeedback = 0.05 * (workL + workR);
   workL *= 4.0;
   workR *= 4.0;
-
-  // Zero stuffing at twice the rate; the factor restores the level the zeros take away.
-  // Decimation keeps the first sub-sample, the second only advances the filters.
-  for (int i = 0; i < oversample; ++i) {
-    osL = i == 0 ? oversample * workL : 0.0;
-    osR = i == 0 ? oversample * workR : 0.0;
-    osL = upL.process(osL);
-    osR = upR.process(osR);
-    osL = curve(osL, memL, curvePrevL);
-    osR = curve(osR, memR, curvePrevR);
-    osL = downL.process(osL);
-    osR = downR.process(osR);
-    if (i == 0) {
-      outL = osL;
-      outR = osR;
-    }
-  }
-
-  outL *= outScale;
-  outR *= outScale;
-  outL = leftTone(outL);
-  outR = rightTone(outR);
-  outL /= driftGainL;
-  outR /= driftGainR;
-  outL = FlushDenormal(blockDc(outL, dcL, dcPrevL));
-  outR = FlushDenormal(blockDc(outR, dcR, dcPrevR));
-  return outL;
 }
 
-double AsymSat::process_Mono(double in) {
+inline void AsymSat::frontMono(double in) {
   smoothGain();
   workL = gainSmoothed * in + 1e-11 * NextNoise(seedL);
   workL = eq[0].filter(workL);
@@ -234,18 +196,176 @@ double AsymSat::process_Mono(double in) {
   // 0.1·x is exactly 0.05·(x + x): the stereo feed when both channels carry the same signal.
   detFeedback = 0.1 * workL;
   workL *= 4.0;
+}
 
-  for (int i = 0; i < oversample; ++i) {
-    osL = i == 0 ? oversample * workL : 0.0;
-    osL = upL.process(osL);
-    osL = curve(osL, memL, curvePrevL);
-    osL = downL.process(osL);
-    if (i == 0) outL = osL;
+// Zero stuffing at twice the rate; the factor restores the level the zeros take away.
+// Decimation keeps the first sub-sample, the second only advances the filters.
+template <class T>
+void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
+  T sub[2 * kChunkFrames], scratch[2 * kChunkFrames];
+  for (int i = 0; i < n; ++i) {
+    sub[2 * i] = 2.0 * work[i];
+    sub[2 * i + 1] = Splat<T>(0.0);
+  }
+  SplitHalfBand<T>::process(upL, upR, sub, scratch, n);
+
+  T mem = Lanes<T>::Load(memL, memR);
+  T prev = Lanes<T>::Load(curvePrevL, curvePrevR);
+  for (int k = 0; k < 2 * n; ++k) sub[k] = curveStep(sub[k], mem, prev);
+  Lanes<T>::Store(mem, memL, memR);
+  Lanes<T>::Store(prev, curvePrevL, curvePrevR);
+
+  SplitHalfBand<T>::process(downL, downR, sub, scratch, n);
+  for (int i = 0; i < n; ++i) kept[i] = sub[2 * i];
+  Lanes<T>::Store(sub[2 * n - 1], osL, osR);
+}
+
+// The stages after the oversampled section, for the left channel or both: output compensation,
+// de-emphasis and tone, removal of the drift gain and the DC blocker. Their state is held in
+// locals while a chunk runs and written back by store().
+template <class T>
+class AsymSat::OutputStages {
+public:
+  explicit OutputStages(AsymSat& sat)
+      : mSat(sat), mDeEmphasis(sat.eq[2], sat.eq[3]), mLowPass(sat.tone[0], sat.tone[1]),
+        mLowBump(sat.eq[6], sat.eq[7]), mShelf10k(sat.tone[2], sat.tone[3]), mShelf14k(sat.tone[4], sat.tone[5]),
+        mDc(Lanes<T>::Load(sat.dcL, sat.dcR)), mDcPrev(Lanes<T>::Load(sat.dcPrevL, sat.dcPrevR)) {}
+
+  T run(T x, double scale, double driftGain) {
+    x = x * scale;
+    x = mDeEmphasis.filter(x);
+    x = mLowPass.process(x);
+    x = mLowBump.filter(x);
+    x = mShelf10k.process(x);
+    x = mShelf14k.process(x);
+    x = x / driftGain;
+    // DC blocker: dc = 0.999·dc + x − previous x.
+    mDc = FlushDenormal(0.999 * mDc + x - mDcPrev);
+    mDcPrev = x;
+    return FlushDenormal(mDc);
   }
 
-  outL *= outScale;
-  outL = leftTone(outL);
-  outL /= driftGainL;
-  outL = FlushDenormal(blockDc(outL, dcL, dcPrevL));
-  return outL;
+  void store() const {
+    mDeEmphasis.store(mSat.eq[2], mSat.eq[3]);
+    mLowPass.store(mSat.tone[0], mSat.tone[1]);
+    mLowBump.store(mSat.eq[6], mSat.eq[7]);
+    mShelf10k.store(mSat.tone[2], mSat.tone[3]);
+    mShelf14k.store(mSat.tone[4], mSat.tone[5]);
+    Lanes<T>::Store(mDc, mSat.dcL, mSat.dcR);
+    Lanes<T>::Store(mDcPrev, mSat.dcPrevL, mSat.dcPrevR);
+  }
+
+private:
+  AsymSat& mSat;
+  BiquadLanes<T> mDeEmphasis;
+  OnePoleLanes<T> mLowPass;
+  BiquadLanes<T> mLowBump;
+  OnePoleLanes<T> mShelf10k, mShelf14k;
+  T mDc, mDcPrev;
+};
+
+// The chunk's values handed from stage to stage, and where its outputs go.
+template <class T>
+struct AsymSat::Chunk {
+  T work[kChunkFrames];
+  T kept[kChunkFrames];
+  double scale[kChunkFrames];
+  double driftGain[kChunkFrames];
+  double* left = nullptr;
+  double* right = nullptr;
+  int frames = 0;
+};
+
+template <>
+inline double AsymSat::front<double>(double in, double) {
+  frontMono(in);
+  return workL;
+}
+
+template <>
+inline LanePair AsymSat::front<LanePair>(double inL, double inR) {
+  frontStereo(inL, inR);
+  return LanePair{workL, workR};
+}
+
+template <class T>
+inline void AsymSat::finish(const Chunk<T>& c, int i, OutputStages<T>& stages) {
+  const T out = stages.run(c.kept[i], c.scale[i], c.driftGain[i]);
+  Lanes<T>::Store(out, outL, outR);
+  Lanes<T>::Store(out, c.left[i], c.right[i]);
+}
+
+template <class T>
+T AsymSat::oversampleFrame() {
+  constexpr bool stereo = std::is_same_v<T, LanePair>;
+  for (int i = 0; i < oversample; ++i) {
+    osL = i == 0 ? oversample * workL : 0.0;
+    osL = downL.process(curve(upL.process(osL), memL, curvePrevL));
+    if (i == 0) outL = osL;
+    if (!stereo) continue;
+    osR = i == 0 ? oversample * workR : 0.0;
+    osR = downR.process(curve(upR.process(osR), memR, curvePrevR));
+    if (i == 0) outR = osR;
+  }
+  // With no pass at all the previous output goes on.
+  return Lanes<T>::Load(outL, outR);
+}
+
+double AsymSat::process_Stereo(double inL, double inR) {
+  double left, right;
+  process_StereoBlock(&inL, &inR, &left, &right, 1);
+  return left;
+}
+
+double AsymSat::process_Mono(double in) {
+  double out;
+  process_MonoBlock(&in, &out, 1);
+  return out;
+}
+
+void AsymSat::process_StereoBlock(const double* inL, const double* inR, double* left, double* right, int n) {
+  runBlock<LanePair>(inL, inR, left, right, n);
+}
+
+void AsymSat::process_MonoBlock(const double* in, double* out, int n) { runBlock<double>(in, in, out, out, n); }
+
+// A frame is one long chain of dependent steps, too long for the processor to overlap one frame
+// with the next. But only the level detector feeds back from frame to frame; the filters and the
+// curve carry just a few samples of state. So a block runs in chunks, each stage over all frames
+// of a chunk before the next stage starts: the detector loop, then the oversampled section (both
+// channels in step), then the output stages. The detector loop waits on its own feedback most of
+// the time, so the output stages of the previous chunk run in the same loop and fill the gaps.
+// Each value is still computed by the same operations in the same order, so the output is the
+// same to the bit.
+template <class T>
+void AsymSat::runBlock(const double* inL, const double* inR, double* left, double* right, int n) {
+  Chunk<T> chunks[2];
+  Chunk<T>* previous = &chunks[0];
+  Chunk<T>* current = &chunks[1];
+  for (int start = 0; start < n; start += current->frames) {
+    std::swap(previous, current);
+    Chunk<T>& c = *current;
+    c.frames = std::min(chunkFrames(), n - start);
+    c.left = left + start;
+    c.right = right + start;
+    OutputStages<T> stages(*this);
+    for (int i = 0; i < c.frames; ++i) {
+      c.work[i] = front<T>(inL[start + i], inR[start + i]);
+      c.scale[i] = outScale;
+      c.driftGain[i] = driftGainL;  // driftGainR is the same value
+      if (i < previous->frames) finish(*previous, i, stages);
+    }
+    for (int i = c.frames; i < previous->frames; ++i) finish(*previous, i, stages);
+    stages.store();
+    previous->frames = 0;
+
+    if (oversample == 2) {
+      oversampleChunk(c.work, c.kept, c.frames);
+    } else {
+      c.kept[0] = oversampleFrame<T>();
+    }
+  }
+  OutputStages<T> stages(*this);
+  for (int i = 0; i < current->frames; ++i) finish(*current, i, stages);
+  stages.store();
 }

@@ -29,6 +29,11 @@ struct AsymSat {
   // run once. For equal left and right input it returns what process_Stereo returns.
   double process_Mono(double in);
 
+  // n frames at once, bit for bit what n calls of process_Stereo or process_Mono give, and
+  // leaving the same state. Outputs may be the input buffers.
+  void process_StereoBlock(const double* inL, const double* inR, double* left, double* right, int n);
+  void process_MonoBlock(const double* in, double* out, int n);
+
   // One channel's curve step at the doubled rate, with that channel's memory and previous
   // curve output.
   double curve(double x, double& mem, double& curvePrev) const;
@@ -71,11 +76,30 @@ struct AsymSat {
   SystemRand driftRandom;
 
 private:
+  // Frames run in chunks of at most this many, stage by stage (see runBlock).
+  static constexpr int kChunkFrames = 16;
+  template <class T> struct Chunk;
+  template <class T> void runBlock(const double* inL, const double* inR, double* left, double* right, int n);
+
+  // Up to the level detector: what feeds the detector loop, in frame order. Returns the
+  // working sample(s) for the oversampled section.
+  template <class T> T front(double inL, double inR);
+  void frontStereo(double inL, double inR);
+  void frontMono(double in);
   void smoothGain();
   double advanceDrift();
   double detectorGain();
   void updateDetector(double q);
-  double leftTone(double x);
-  double rightTone(double x);
-  static double blockDc(double x, double& dc, double& prev);
+
+  // The oversampled section for a chunk: working samples in, the kept sub-samples out. T is
+  // double for the left channel alone or LanePair for both.
+  template <class T> void oversampleChunk(const T* work, T* kept, int n);
+  template <class T> T curveStep(T x, T& mem, T& curvePrev) const;
+  // Any factor other than 2 (a fresh object has 0): the general pass loop for one frame.
+  template <class T> T oversampleFrame();
+  int chunkFrames() const { return oversample == 2 ? kChunkFrames : 1; }
+
+  // After the oversampled section: output compensation, tone, drift removal and DC blocker.
+  template <class T> class OutputStages;
+  template <class T> void finish(const Chunk<T>& chunk, int i, OutputStages<T>& stages);
 };

@@ -30,7 +30,7 @@ public:
   // Sections 0 to 5 are path A, 6 to 11 path B.
   AllPassStage stages[2 * kStagesPerPath];
 
-private:
+  // Section coefficients of each path, first section first.
   static constexpr double kPathA[kStagesPerPath] = {
       0.036681502163648017, 0.2746317593794541, 0.5610989697879195,
       0.769741833862266,    0.8922608180038789, 0.962094548378084};
@@ -38,6 +38,7 @@ private:
       0.13654762463195771, 0.42313861743656667, 0.6775400499741616,
       0.839889624849638,   0.9315419599631839,  0.9878163707328971};
 
+private:
   double runPath(double x, int first, const double (&coefficients)[kStagesPerPath]) {
     for (int i = 0; i < kStagesPerPath; ++i) x = stages[first + i].process(x, coefficients[i]);
     return x;

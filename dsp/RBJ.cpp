@@ -1,7 +1,6 @@
 #include "dsp/RBJ.h"
 
 #include "dsp/Decibels.h"
-#include "dsp/Denormal.h"
 
 #include <cmath>
 
@@ -92,13 +91,4 @@ void RBJ::setup(int type, double freq, double rate, double width, double gainDb,
   b2 /= a0;
   a1 /= a0;
   a2 /= a0;
-}
-
-double RBJ::filter(double x) {
-  const double y = FlushDenormal(b0 * x + b1 * x1 + b2 * x2 - a1 * y1 - a2 * y2);
-  x2 = x1;
-  x1 = x;
-  y2 = y1;
-  y1 = y;
-  return y;
 }

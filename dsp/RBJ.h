@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/LanePair.h"
+
 // One second-order IIR section designed with the audio-EQ cookbook formulas and run in direct
 // form I. It is a plain structure: the effect runs the same difference equation inline on its
 // own sections, reading the coefficients and memories directly.
@@ -15,8 +17,20 @@ struct RBJ {
   // samples. An unknown type writes nothing but still divides the stored coefficients by a0.
   void setup(int type, double freq, double rate, double width, double gainDb, bool widthIsBandwidth);
 
-  // One sample in, one sample out.
-  double filter(double x);
+  // One sample in, one sample out: y = b0·x + b1·x1 + b2·x2 − a1·y1 − a2·y2, summed in that
+  // order, with a zero or subnormal y replaced by +0.0.
+  double filter(double x) { return Step(x, b0, b1, b2, a1, a2, x1, x2, y1, y2); }
+
+  // The difference equation for one or two channels (T double or LanePair).
+  template <class T>
+  static T Step(T x, T b0, T b1, T b2, T a1, T a2, T& x1, T& x2, T& y1, T& y2) {
+    const T y = FlushDenormal(b0 * x + b1 * x1 + b2 * x2 - a1 * y1 - a2 * y2);
+    x2 = x1;
+    x1 = x;
+    y2 = y1;
+    y1 = y;
+    return y;
+  }
 
   // Normalised by a0, except a0 itself, which keeps its designed value and is never read.
   double b0 = 0.0, b1 = 0.0, b2 = 0.0;

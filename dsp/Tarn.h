@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dsp/AsymSat.h"
+#include "dsp/FilterLanes.h"
 #include "dsp/RBJ.h"
 #include "plug/IPlugAdaptor.h"
 
@@ -38,14 +39,24 @@ public:
 private:
   void InitParameters();
 
+  // Everything the coefficient designs read.
+  struct DesignInputs {
+    double sampleRate, designRate, drive, trim, crosstalkDb, freqResponse, asymmetry;
+  };
+
   // Per block: every coefficient from the current parameter values.
   void SetUpBlock();
+  void Design(const DesignInputs& inputs);
+  // Frames run in chunks of at most this many, stage by stage.
+  static constexpr int kChunkFrames = 64;
   void ProcessStereo(double** inputs, double** outputs, int nFrames);
   void ProcessMono(double** inputs, double** outputs, int nFrames);
   // Fade and bypass ramp for one frame; returns the input gain for it.
   double AdvanceFrame();
-  double MixWetDry(double wet, double dry) const;
+  template <class T> T MixWetDry(T wet, T dry, double mix) const;
+  template <class T> T AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade);
   void FeedMeter(double in, double out);
+  void UpdateRmsDifference();
   void SendNeedle();
 
   double mFadeIn = 0.0;
@@ -77,6 +88,8 @@ private:
   bool mBypass = false;
   double mDesignRate = 44100.0;
   double mCrosstalkDb = -90.0;  // the block's "Crosstalk Level", read once at set-up
+  DesignInputs mDesignedFor{};  // what the current coefficients were designed from
+  bool mDesignValid = false;
   double mInL = 0.0, mInR = 0.0;
   double mInMono = 0.0;
   double mOutL = 0.0, mOutR = 0.0;

@@ -3,11 +3,15 @@
 
 #include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
+#include "dsp/FilterLanes.h"
+#include "dsp/LanePair.h"
 #include "dsp/NoiseSource.h"
 #include "editor/IGraphics.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace {
 
@@ -18,11 +22,19 @@ constexpr double kClamp = 20.0;
 constexpr double kNeedleZeroMark = 0.638;
 
 // Stereo outputs: anything below 2^-54 in magnitude, and infinities and NaNs, become 0.
-inline double FlushTinyOrNonFinite(double v) {
-  return ((ExponentField(v) + 1) & 0x7FF) <= 969 ? 0.0 : v;
+inline LanePair FlushTinyOrNonFinite(LanePair v) {
+  typedef std::uint64_t Bits __attribute__((vector_size(16)));
+  Bits bits;
+  std::memcpy(&bits, &v, sizeof bits);
+  const Bits exponent = (bits >> 52) & 0x7FF;
+  return ((exponent + 1) & 0x7FF) <= 969 ? LanePair{0.0, 0.0} : v;
 }
 
-inline double ClampOutput(double v) { return v < -kClamp ? -kClamp : std::min(kClamp, v); }
+// Below -20 becomes -20, otherwise min(20, v) (which also turns a NaN into 20).
+template <class T>
+inline T ClampOutput(T v) {
+  return v < -kClamp ? Splat<T>(-kClamp) : v < kClamp ? v : Splat<T>(kClamp);
+}
 
 }  // namespace
 
@@ -53,51 +65,74 @@ void Tarn::Reset() {
   WDL_MutexLock lock(&GetMutex());
   mDesignRate = GetSampleRate();
   mSat.init_all(mDesignRate, 0.0, 0.0, 0.2, 0.5);
+  mDesignValid = false;
   mRmsDiffDb = 0.0;
   mFadeIn = 1.0;
 }
 
-// Coefficients are designed once per block, so parameter changes act at block boundaries.
+// Coefficients follow the parameters at every block, so parameter changes act at block
+// boundaries. The designs are pure functions of the values they read: when none of those
+// changed since the last block, designing again would write the very same bits, so it is
+// skipped (a Reset, which re-initialises the saturator, always forces the next design).
 void Tarn::SetUpBlock() {
-  const double fs = GetSampleRate();
-  const double drive = GetParam(kDrive)->Value();
   const double trim = GetParam(kInputTrim)->Value();
-  const double crosstalkDb = GetParam(kCrosstalk)->Value();
+  // Always rewritten: a change of "Output Compensation" sets its own value in between.
+  mNoiseLevel = std::exp((0.1 * trim - 90.0) * kDbToLinear);  // -90 dB, moved by trim / 10
+  mVuMode = static_cast<int>(GetParam(kVuMode)->Value());
 
+  const DesignInputs inputs = {GetSampleRate(),
+                               mDesignRate,
+                               GetParam(kDrive)->Value(),
+                               trim,
+                               GetParam(kCrosstalk)->Value(),
+                               GetParam(kFreqResponse)->Value(),
+                               GetParam(kAsymmetry)->Value()};
+  if (mDesignValid && std::memcmp(&inputs, &mDesignedFor, sizeof inputs) == 0) return;
+  Design(inputs);
+  mDesignedFor = inputs;
+  mDesignValid = true;
+}
+
+void Tarn::Design(const DesignInputs& in) {
+  const double fs = in.sampleRate;
   // Ballistics settle to 1 % in 300 ms; the averaging low-pass has unity gain at DC.
   mVuRise = mVuFall = std::pow(0.01, 1.0 / (fs * 0.001 * 300.0));
   mVuP = (3.0 * fs - kTwoPi) / (3.0 * fs + kTwoPi);
   mVuA = kTwoPi / (3.0 * fs + kTwoPi);
   mRmsCoef = std::exp(-1.0 / (0.6 * fs));  // 600 ms integration
 
-  const double levelDb = 6.0 * drive - 40.0;  // "Drive" 0 to 10 spans -40 to +20 dB
-  mNoiseLevel = std::exp((0.1 * trim - 90.0) * kDbToLinear);  // -90 dB, moved by trim / 10
+  const double levelDb = 6.0 * in.drive - 40.0;  // "Drive" 0 to 10 spans -40 to +20 dB
   // The noise and crosstalk filters are designed at the rate captured by the last Reset.
-  mNoiseFilterL.setup(8, 850.0, mDesignRate, 0.2, levelDb * 0.25 - 14.0, true);
-  mNoiseFilterR.setup(8, 850.0, mDesignRate, 0.2, levelDb * 0.25 - 14.0, true);
-  mXtalkToLeft.setup(7, 867.0, mDesignRate, 0.24, -3.1, true);
-  mXtalkToRight.setup(7, 867.0, mDesignRate, 0.24, -3.1, true);
-  mXtalkToLeftGain = std::exp(crosstalkDb * kDbToLinear);
-  mXtalkToRightGain = std::exp((crosstalkDb + 1.0) * kDbToLinear);  // 1 dB stronger on purpose
-  mCrosstalkDb = crosstalkDb;
+  mNoiseFilterL.setup(8, 850.0, in.designRate, 0.2, levelDb * 0.25 - 14.0, true);
+  mNoiseFilterR.setup(8, 850.0, in.designRate, 0.2, levelDb * 0.25 - 14.0, true);
+  mXtalkToLeft.setup(7, 867.0, in.designRate, 0.24, -3.1, true);
+  mXtalkToRight.setup(7, 867.0, in.designRate, 0.24, -3.1, true);
+  mXtalkToLeftGain = std::exp(in.crosstalkDb * kDbToLinear);
+  mXtalkToRightGain = std::exp((in.crosstalkDb + 1.0) * kDbToLinear);  // 1 dB stronger on purpose
+  mCrosstalkDb = in.crosstalkDb;
 
-  mVuMode = static_cast<int>(GetParam(kVuMode)->Value());
-  mSat.init_all(fs, levelDb, GetParam(kFreqResponse)->Value(), 0.01 * trim + 0.2,
-                0.1 * GetParam(kAsymmetry)->Value());
+  mSat.init_all(fs, levelDb, in.freqResponse, 0.01 * in.trim + 0.2, 0.1 * in.asymmetry);
 }
 
-double Tarn::AdvanceFrame() {
+inline double Tarn::AdvanceFrame() {
   if (mFadeIn <= 1.0) mFadeIn += 0.0001;
   mBypassRamp = 0.99 * mBypassRamp + (mBypass ? 0.0 : 0.010000000000000009);
   mMix = mBypassRamp;
   return mInGain * mFadeIn;
 }
 
-double Tarn::MixWetDry(double wet, double dry) const {
-  return ClampOutput(wet * mOutGain * mMix + (1.0 - mMix) * dry);
+template <class T>
+inline T Tarn::MixWetDry(T wet, T dry, double mix) const {
+  return ClampOutput(wet * mOutGain * mix + (1.0 - mix) * dry);
 }
 
-void Tarn::FeedMeter(double in, double out) {
+// The mixed output plus the channel's noise floor (noise through its shelf), faded.
+template <class T>
+inline T Tarn::AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade) {
+  return (mixed + noiseFilter.filter(noise * mNoiseLevel)) * fade;
+}
+
+inline void Tarn::FeedMeter(double in, double out) {
   mMeterSource = mVuMode == 0 ? in : out;
   mVuAvg = mVuP * mVuAvg + 2.0 * mVuA * std::fabs(mMeterSource);
   const double coef = mVuAvg > mVuHold ? mVuRise : mVuFall;
@@ -105,63 +140,99 @@ void Tarn::FeedMeter(double in, double out) {
   mNeedle = mVuHold;
 
   mRmsInSq = mRmsCoef * mRmsInSq + (1.0 - mRmsCoef) * (in * in);
-  mRmsIn = std::sqrt(mRmsInSq);
   mRmsOutSq = mRmsCoef * mRmsOutSq + (1.0 - mRmsCoef) * (out * out);
+}
+
+// The RMS levels and their difference feed nothing inside the block; only the last frame's
+// values are ever read, so they are taken once, after the block's last frame.
+void Tarn::UpdateRmsDifference() {
+  mRmsIn = std::sqrt(mRmsInSq);
   mRmsOut = std::sqrt(mRmsOutSq);
   if (mRmsOut < 1e-06) mRmsOut = 0.0;
   mRmsDiffDb = FlushDenormal(kLinearToDb * std::log(std::fabs(mRmsOut)) -
                              kLinearToDb * std::log(std::fabs(mRmsIn)));
 }
 
+// The saturator runs a chunk of frames at a time (AsymSat::process_StereoBlock), so the engine
+// is staged alike: the input stage (fade, bypass ramp, trim, crosstalk) for every frame of the
+// chunk, the saturator, then the output stage (mix, clamp, noise, fade, meter). Each frame's
+// values are the same as if the frames ran one by one. Left and right run in step as lane pairs,
+// with the filters' state in locals for the whole block.
 void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
-  const double* inL = inputs[0];
-  const double* inR = inputs[1];
-  double* outL = outputs[0];
-  double* outR = outputs[1];
   // At the bottom of the range the leak is off and both crosstalk filters stand still.
   const bool crosstalkOn = mCrosstalkDb > -120.0;
-  for (int n = 0; n < nFrames; ++n) {
-    const double g = AdvanceFrame();
-    mInL = inL[n] * g;
-    mInR = inR[n] * g;
+  // Left lane first: the leak into the right channel filters the left input, and vice versa.
+  BiquadLanes<LanePair> leakFilters(mXtalkToRight, mXtalkToLeft);
+  const LanePair leakGains = {mXtalkToLeftGain, mXtalkToRightGain};
+  BiquadLanes<LanePair> noiseFilters(mNoiseFilterL, mNoiseFilterR);
+  for (int start = 0; start < nFrames; start += kChunkFrames) {
+    const int len = std::min(kChunkFrames, nFrames - start);
+    const double* inL = inputs[0] + start;
+    const double* inR = inputs[1] + start;
+    double* outL = outputs[0] + start;
+    double* outR = outputs[1] + start;
+    LanePair dry[kChunkFrames];
+    double wetL[kChunkFrames], wetR[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
 
-    double satInL = mInL;
-    double satInR = mInR;
-    if (crosstalkOn) {
-      const double eL = mXtalkToRight.filter(mInL);
-      const double eR = mXtalkToLeft.filter(mInR);
-      satInL = mInL + eR * mXtalkToLeftGain;
-      satInR = mInR + eL * mXtalkToRightGain;
+    for (int n = 0; n < len; ++n) {
+      const double g = AdvanceFrame();
+      mix[n] = mMix;
+      fade[n] = mFadeIn;
+      const LanePair in = LanePair{inL[n], inR[n]} * g;
+      dry[n] = in;
+      LanePair wet = in;
+      if (crosstalkOn) {
+        const LanePair leak = leakFilters.filter(in);
+        wet = in + LanePair{leak[1], leak[0]} * leakGains;
+      }
+      wetL[n] = wet[0];
+      wetR[n] = wet[1];
     }
-    const double sL = mSat.process_Stereo(satInL, satInR);
-    const double sR = mSat.outR;
 
-    mOutL = MixWetDry(sL, mInL);
-    mOutR = MixWetDry(sR, mInR);
-    mOutL += mNoiseFilterL.filter(NextNoise(mNoiseSeedL) * mNoiseLevel);
-    mOutR += mNoiseFilterR.filter(NextNoise(mNoiseSeedR) * mNoiseLevel);
-    mOutL = FlushTinyOrNonFinite(mOutL * mFadeIn);
-    mOutR = FlushTinyOrNonFinite(mOutR * mFadeIn);
-    outL[n] = mOutL;
-    outR[n] = mOutR;
+    mSat.process_StereoBlock(wetL, wetR, wetL, wetR, len);
 
-    mInMono = 0.5 * (mInL + mInR);
-    mOutMono = 0.5 * (mOutL + mOutR);
-    FeedMeter(mInMono, mOutMono);
+    for (int n = 0; n < len; ++n) {
+      const LanePair mixed = MixWetDry(LanePair{wetL[n], wetR[n]}, dry[n], mix[n]);
+      const LanePair noise = {NextNoise(mNoiseSeedL), NextNoise(mNoiseSeedR)};
+      const LanePair out = FlushTinyOrNonFinite(AddNoise(mixed, noise, noiseFilters, fade[n]));
+      mOutL = outL[n] = out[0];
+      mOutR = outR[n] = out[1];
+      mInMono = 0.5 * (dry[n][0] + dry[n][1]);
+      mOutMono = 0.5 * (mOutL + mOutR);
+      FeedMeter(mInMono, mOutMono);
+    }
+    mInL = dry[len - 1][0];
+    mInR = dry[len - 1][1];
   }
+  leakFilters.store(mXtalkToRight, mXtalkToLeft);
+  noiseFilters.store(mNoiseFilterL, mNoiseFilterR);
 }
 
 void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
-  const double* inL = inputs[0];
-  double* outL = outputs[0];
-  for (int n = 0; n < nFrames; ++n) {
-    mInL = inL[n] * AdvanceFrame();
-    mOutL = MixWetDry(mSat.process_Mono(mInL), mInL);
-    mOutL += mNoiseFilterL.filter(NextNoise(mNoiseSeedL) * mNoiseLevel);
-    mOutL = FlushDenormal(mOutL * mFadeIn);  // infinities and NaNs pass in mono
-    outL[n] = mOutL;
-    FeedMeter(mInL, mOutL);
+  BiquadLanes<double> noiseFilter(mNoiseFilterL, mNoiseFilterL);
+  for (int start = 0; start < nFrames; start += kChunkFrames) {
+    const int len = std::min(kChunkFrames, nFrames - start);
+    const double* inL = inputs[0] + start;
+    double* outL = outputs[0] + start;
+    double dry[kChunkFrames], wet[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
+
+    for (int n = 0; n < len; ++n) {
+      const double g = AdvanceFrame();
+      mix[n] = mMix;
+      fade[n] = mFadeIn;
+      mInL = dry[n] = inL[n] * g;
+    }
+
+    mSat.process_MonoBlock(dry, wet, len);
+
+    for (int n = 0; n < len; ++n) {
+      const double mixed = MixWetDry(wet[n], dry[n], mix[n]);
+      const double out = AddNoise(mixed, NextNoise(mNoiseSeedL), noiseFilter, fade[n]);
+      mOutL = outL[n] = FlushDenormal(out);  // infinities and NaNs pass in mono
+      FeedMeter(dry[n], mOutL);
+    }
   }
+  noiseFilter.store(mNoiseFilterL, mNoiseFilterL);
 }
 
 // Maps the meter to the needle's scale and hands it to the editor.
@@ -185,5 +256,6 @@ void Tarn::ProcessDoubleReplacing(double** inputs, double** outputs, int nFrames
   } else {
     ProcessMono(inputs, outputs, nFrames);
   }
+  if (nFrames > 0) UpdateRmsDifference();
   if (GetGUI()) SendNeedle();
 }

@@ -14,6 +14,13 @@ TEST(DspAllocation, RunningTheBlocksAllocatesNothing) {
   HalfBandFilter halfBand;
   AsymSat sat;
   AsymSat mono;
+  AsymSat stereoBlocks;
+  AsymSat monoBlocks;
+  double left[4096], right[4096];
+  for (int n = 0; n < 4096; ++n) {
+    left[n] = std::sin(0.05 * n) * 1.5;
+    right[n] = -left[n];
+  }
 
   AllocationScope scope;
   for (int block = 0; block < 8; ++block) {
@@ -27,6 +34,11 @@ TEST(DspAllocation, RunningTheBlocksAllocatesNothing) {
       sat.process_Stereo(x, -x);
       mono.process_Mono(x);
     }
+    stereoBlocks.init_all(48000.0, 6.0 * block - 40.0, block - 4.0, 0.4, 0.1 * block);
+    monoBlocks.init_all(48000.0, 6.0 * block - 40.0, block - 4.0, 0.4, 0.1 * block);
+    const int n = block == 0 ? 4096 : 7 * block;
+    stereoBlocks.process_StereoBlock(left, right, left, right, n);
+    monoBlocks.process_MonoBlock(left, left, n);
   }
   EXPECT_EQ(scope.Count(), 0);
 }

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "dsp/LanePair.h"
+#include "dsp/OnePoleStage.h"
+#include "dsp/RBJ.h"
+
+// A biquad of one channel, or the left and right biquads in step, with coefficients and
+// memories copied into locals while a chunk of frames runs (no reloads through the object, and
+// the two channels' chains in one instruction stream). store() writes the memories back.
+template <class T>
+struct BiquadLanes {
+  BiquadLanes(const RBJ& l, const RBJ& r)
+      : b0(Lanes<T>::Load(l.b0, r.b0)), b1(Lanes<T>::Load(l.b1, r.b1)), b2(Lanes<T>::Load(l.b2, r.b2)),
+        a1(Lanes<T>::Load(l.a1, r.a1)), a2(Lanes<T>::Load(l.a2, r.a2)), x1(Lanes<T>::Load(l.x1, r.x1)),
+        x2(Lanes<T>::Load(l.x2, r.x2)), y1(Lanes<T>::Load(l.y1, r.y1)), y2(Lanes<T>::Load(l.y2, r.y2)) {}
+
+  T filter(T x) { return RBJ::Step(x, b0, b1, b2, a1, a2, x1, x2, y1, y2); }
+
+  void store(RBJ& l, RBJ& r) const {
+    Lanes<T>::Store(x1, l.x1, r.x1);
+    Lanes<T>::Store(x2, l.x2, r.x2);
+    Lanes<T>::Store(y1, l.y1, r.y1);
+    Lanes<T>::Store(y2, l.y2, r.y2);
+  }
+
+  T b0, b1, b2, a1, a2;
+  T x1, x2, y1, y2;
+};
+
+// The same for one-pole tone stages; each lane keeps its own stage's mode.
+template <class T>
+struct OnePoleLanes {
+  using Mask = decltype(Lanes<T>::Mask(true, true));
+
+  OnePoleLanes(const OnePoleStage& l, const OnePoleStage& r)
+      : b(Lanes<T>::Load(l.b, r.b)), a(Lanes<T>::Load(l.a, r.a)), g(Lanes<T>::Load(l.g, r.g)),
+        z(Lanes<T>::Load(l.z, r.z)), out(Lanes<T>::Load(l.out, r.out)),
+        lowPass(Is(l, r, OnePoleStage::kLowPass)), highPass(Is(l, r, OnePoleStage::kHighPass)),
+        lowBoost(Is(l, r, OnePoleStage::kLowBoost)), highBoost(Is(l, r, OnePoleStage::kHighBoost)) {}
+
+  T process(T x) { return OnePoleStage::Step(x, b, a, g, z, out, lowPass, highPass, lowBoost, highBoost); }
+
+  void store(OnePoleStage& l, OnePoleStage& r) const {
+    Lanes<T>::Store(z, l.z, r.z);
+    Lanes<T>::Store(out, l.out, r.out);
+  }
+
+  static Mask Is(const OnePoleStage& l, const OnePoleStage& r, int mode) {
+    return Lanes<T>::Mask(l.mode == mode, r.mode == mode);
+  }
+
+  T b, a, g;
+  T z, out;
+  Mask lowPass, highPass, lowBoost, highBoost;
+};

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "dsp/Denormal.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <emmintrin.h>
+
+// The left and right channel side by side in one register: lane 0 left, lane 1 right. Every
+// operator works lane by lane with the very IEEE operation the scalar code performs (no fused
+// multiply-add, nothing summed across lanes, nothing reordered), so each lane holds bit for bit
+// the value a scalar computation would give. The two channels' independent chains then run in
+// one instruction stream instead of two.
+typedef double LanePair __attribute__((vector_size(16)));
+// Per-lane truth values (all bits set or clear), as comparisons of LanePairs give them.
+typedef std::int64_t LaneMask __attribute__((vector_size(16)));
+
+// Stage code is written once for a scalar (one channel) and for a LanePair (two channels).
+template <class T> inline T Splat(double v);
+template <> inline double Splat<double>(double v) { return v; }
+template <> inline LanePair Splat<LanePair>(double v) { return LanePair{v, v}; }
+
+// Square roots are correctly rounded both ways, as the C library's sqrt is.
+inline double SquareRoot(double x) { return std::sqrt(x); }
+inline LanePair SquareRoot(LanePair x) { return _mm_sqrt_pd(x); }
+
+// FlushDenormal lane by lane: a zero or subnormal becomes +0.0.
+inline LanePair FlushDenormal(LanePair x) {
+  LaneMask bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  return (bits & 0x7FF0000000000000LL) == 0 ? LanePair{0.0, 0.0} : x;
+}
+
+// Gathers a value's left and right copies into one sample and scatters it back. A scalar sample
+// is the left channel alone: the right copy is neither read nor written.
+template <class T> struct Lanes;
+template <> struct Lanes<double> {
+  static double Load(const double& left, const double&) { return left; }
+  static void Store(double v, double& left, double&) { left = v; }
+  static bool Mask(bool left, bool) { return left; }
+};
+template <> struct Lanes<LanePair> {
+  static LanePair Load(const double& left, const double& right) { return LanePair{left, right}; }
+  static void Store(LanePair v, double& left, double& right) {
+    left = v[0];
+    right = v[1];
+  }
+  static LaneMask Mask(bool left, bool right) { return LaneMask{left ? -1 : 0, right ? -1 : 0}; }
+};
