@@ -43,7 +43,6 @@ private:
 bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& writer, int blockFrames,
                  ProgressDisplay& progress, const std::function<bool()>& interrupted, RenderReport* report,
                  std::string* error) {
-  const auto start = std::chrono::steady_clock::now();
   const int nChannels = source.NChannels();
   const long long total = source.NFrames();
   std::vector<float> interleaved(static_cast<std::size_t>(blockFrames) * nChannels);
@@ -68,7 +67,9 @@ bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& wri
     const int n = static_cast<int>(got);
     in.Deinterleave(interleaved.data(), n);
     report->input.Add(in.Pointers(), n);
+    const auto start = std::chrono::steady_clock::now();
     effect.Process(in.Pointers(), out.Pointers(), n);
+    report->processSeconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     report->output.Add(out.Pointers(), n);
     out.Interleave(interleaved.data(), n);
     if (!writer.Write(interleaved.data(), n, error)) return false;
@@ -80,7 +81,6 @@ bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& wri
   report->fileRate = source.SampleRate();
   report->nFrames = done;
   report->needle = effect.Needle();
-  report->wallSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return true;
 }
 

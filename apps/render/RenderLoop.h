@@ -20,7 +20,8 @@ struct RenderReport {
   LevelStats input;
   LevelStats output;
   double needle = 0.0;
-  double wallSeconds = 0.0;
+  // Time spent inside the effect, without reading, generating or writing audio.
+  double processSeconds = 0.0;
 };
 
 // Streams the whole source through a prepared effect in blocks of blockFrames (the last one

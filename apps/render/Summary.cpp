@@ -45,8 +45,8 @@ std::string FormatSummary(const RenderReport& report, const std::string& inputDe
   text += LevelLines("input", report.input);
   text += LevelLines("output", report.output);
   text += Format("needle: %.6f\n", report.needle);
-  text += Format("%lld frames, %.3f s of audio in %.3f s", report.nFrames, seconds, report.wallSeconds);
-  if (report.wallSeconds > 0.0) text += Format(", %.1f times real time", seconds / report.wallSeconds);
+  text += Format("%lld frames, %.3f s of audio processed in %.3f s", report.nFrames, seconds, report.processSeconds);
+  if (report.processSeconds > 0.0) text += Format(", %.1f times real time", seconds / report.processSeconds);
   return text + "\n";
 }
 
