@@ -40,8 +40,10 @@ inline int WeightFromAlpha(float alpha)
   return (int)scaled;
 }
 
-template <class Combiner, int kSourceStep>
-void CombineRows(const PixelRows& rows, int weight)
+// Visits every pixel of the area row by row, left to right, handing the destination and
+// source pixel to `visit`; the source stands still when kSourceStep is 0.
+template <int kSourceStep, class Visit>
+void ForEachPixel(const PixelRows& rows, Visit visit)
 {
   LICE_pixel_chan* destRow = rows.dest;
   const LICE_pixel_chan* srcRow = rows.src;
@@ -50,23 +52,23 @@ void CombineRows(const PixelRows& rows, int weight)
     LICE_pixel_chan* d = destRow;
     const LICE_pixel_chan* s = srcRow;
     for (int x = 0; x < rows.width; ++x, d += 4, s += kSourceStep)
-      Combiner::doPix(d, s[LICE_PIXEL_R], s[LICE_PIXEL_G], s[LICE_PIXEL_B], s[LICE_PIXEL_A], weight);
+      visit(d, s);
   }
+}
+
+template <class Combiner, int kSourceStep>
+void CombineRows(const PixelRows& rows, int weight)
+{
+  ForEachPixel<kSourceStep>(rows, [weight](LICE_pixel_chan* d, const LICE_pixel_chan* s) {
+    Combiner::doPix(d, s[LICE_PIXEL_R], s[LICE_PIXEL_G], s[LICE_PIXEL_B], s[LICE_PIXEL_A], weight);
+  });
 }
 
 // Plain copy of whole pixels, in order, so that overlapping areas behave like the combiners.
 template <int kSourceStep>
 void CopyPixels(const PixelRows& rows)
 {
-  LICE_pixel_chan* destRow = rows.dest;
-  const LICE_pixel_chan* srcRow = rows.src;
-  for (int y = 0; y < rows.height; ++y, destRow += rows.destRowStep, srcRow += rows.srcRowStep)
-  {
-    LICE_pixel_chan* d = destRow;
-    const LICE_pixel_chan* s = srcRow;
-    for (int x = 0; x < rows.width; ++x, d += 4, s += kSourceStep)
-      std::memcpy(d, s, 4);
-  }
+  ForEachPixel<kSourceStep>(rows, [](LICE_pixel_chan* d, const LICE_pixel_chan* s) { std::memcpy(d, s, 4); });
 }
 
 // The copy at full strength: one block move per row.
@@ -89,36 +91,22 @@ void MoveRows(const PixelRows& rows)
 template <int kSourceStep>
 void AverageRows(const PixelRows& rows)
 {
-  LICE_pixel_chan* destRow = rows.dest;
-  const LICE_pixel_chan* srcRow = rows.src;
-  for (int y = 0; y < rows.height; ++y, destRow += rows.destRowStep, srcRow += rows.srcRowStep)
-  {
-    LICE_pixel_chan* d = destRow;
-    const LICE_pixel_chan* s = srcRow;
-    for (int x = 0; x < rows.width; ++x, d += 4, s += kSourceStep)
-    {
-      LICE_pixel sp, dp;
-      std::memcpy(&sp, s, 4);
-      std::memcpy(&dp, d, 4);
-      const LICE_pixel mixed = ((sp >> 1) & 0x7f7f7f7fu) + ((dp >> 1) & 0x7f7f7f7fu);
-      std::memcpy(d, &mixed, 4);
-    }
-  }
+  ForEachPixel<kSourceStep>(rows, [](LICE_pixel_chan* d, const LICE_pixel_chan* s) {
+    LICE_pixel sp, dp;
+    std::memcpy(&sp, s, 4);
+    std::memcpy(&dp, d, 4);
+    const LICE_pixel mixed = ((sp >> 1) & 0x7f7f7f7fu) + ((dp >> 1) & 0x7f7f7f7fu);
+    std::memcpy(d, &mixed, 4);
+  });
 }
 
 // Writes one source byte of every pixel into one destination byte.
 template <int kSourceStep>
 void CopyChannel(const PixelRows& rows, int fromByte, int toByte)
 {
-  LICE_pixel_chan* destRow = rows.dest;
-  const LICE_pixel_chan* srcRow = rows.src;
-  for (int y = 0; y < rows.height; ++y, destRow += rows.destRowStep, srcRow += rows.srcRowStep)
-  {
-    LICE_pixel_chan* d = destRow;
-    const LICE_pixel_chan* s = srcRow;
-    for (int x = 0; x < rows.width; ++x, d += 4, s += kSourceStep)
-      d[toByte] = s[fromByte];
-  }
+  ForEachPixel<kSourceStep>(rows, [fromByte, toByte](LICE_pixel_chan* d, const LICE_pixel_chan* s) {
+    d[toByte] = s[fromByte];
+  });
 }
 
 // Mode: low byte picks the operation, 0x10000 scales the weight by the source alpha; a low

@@ -1,11 +1,9 @@
 #include "SoundFileReader.h"
 
 #include "Quoted.h"
+#include "ReadableFile.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
 
 namespace render {
 
@@ -14,16 +12,8 @@ namespace {
 // libsndfile's own message for a file that exists but cannot be opened is about its format;
 // trying a plain open first gives a missing or unreadable file the system's clearer reason.
 bool CheckReadable(const std::string& path, std::string* error) {
-  std::error_code ec;
-  if (std::filesystem::is_directory(path, ec)) {
-    *error = "input " + Quoted(path) + " is a folder, not an audio file";
-    return false;
-  }
-  std::FILE* f = std::fopen(path.c_str(), "rb");
-  if (!f) {
-    *error = "cannot read input " + Quoted(path) + ": " + std::strerror(errno);
-    return false;
-  }
+  std::FILE* f = OpenForReading(path, "input", ", not an audio file", error);
+  if (!f) return false;
   std::fclose(f);
   return true;
 }

@@ -1,26 +1,17 @@
 #include "StateFile.h"
 
 #include "Quoted.h"
+#include "ReadableFile.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 
 namespace render {
 
 bool ReadStateFile(const std::string& path, std::size_t expectedSize, std::vector<unsigned char>* bytes,
                    std::string* error) {
-  std::error_code ec;
-  if (std::filesystem::is_directory(path, ec)) {
-    *error = "state file " + Quoted(path) + " is a folder";
-    return false;
-  }
-  std::FILE* f = std::fopen(path.c_str(), "rb");
-  if (!f) {
-    *error = "cannot read state file " + Quoted(path) + ": " + std::strerror(errno);
-    return false;
-  }
+  std::FILE* f = OpenForReading(path, "state file", "", error);
+  if (!f) return false;
   // One byte more than expected is enough to tell a longer file from the right one.
   std::vector<unsigned char> data(expectedSize + 1);
   const std::size_t n = std::fread(data.data(), 1, data.size(), f);
@@ -31,6 +22,7 @@ bool ReadStateFile(const std::string& path, std::size_t expectedSize, std::vecto
     return false;
   }
   if (n != expectedSize) {
+    std::error_code ec;
     const std::uintmax_t size = std::filesystem::file_size(path, ec);
     *error = "state file " + Quoted(path) + " is " + std::to_string(ec ? n : size) + " bytes; a state is " +
              std::to_string(expectedSize) + " bytes";

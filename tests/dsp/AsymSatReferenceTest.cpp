@@ -3,6 +3,8 @@
 // start-up state), compared bit for bit with AsymSat on a range of signals and settings.
 #include "dsp/AsymSat.h"
 
+#include "TestNoise.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -277,14 +279,6 @@ void ExpectIdentical(const Settings* settings, int nSettings, int reinitEvery, c
   }
 }
 
-double Noise(int n) {
-  std::uint32_t h = static_cast<std::uint32_t>(n) * 2654435761u;
-  h ^= h >> 15;
-  h *= 2246822519u;
-  h ^= h >> 13;
-  return static_cast<double>(h) / 2147483648.0 - 1.0;
-}
-
 const Signal kSines = [](int n, double fs, double& l, double& r) {
   l = 0.5 * std::sin(6.283185307179586 * 440.0 * n / fs);
   r = 0.3 * std::sin(6.283185307179586 * 97.0 * n / fs) + 0.2 * std::sin(6.283185307179586 * 5100.0 * n / fs);
@@ -292,19 +286,19 @@ const Signal kSines = [](int n, double fs, double& l, double& r) {
 const Signal kLoud = [](int n, double fs, double& l, double& r) {
   const double sweep = std::sin(6.283185307179586 * (50.0 + 0.05 * n) * n / fs);
   l = 3.0 * sweep;
-  r = 2.0 * (Noise(n) > 0 ? 1.0 : -1.0);
+  r = 2.0 * (TestNoise(n) > 0 ? 1.0 : -1.0);
 };
 const Signal kNoiseAndSilence = [](int n, double, double& l, double& r) {
   const bool silent = (n / 3000) % 2 == 1;
-  l = silent ? 0.0 : 0.8 * Noise(n);
-  r = silent ? 0.0 : -0.6 * Noise(n + 99991);
+  l = silent ? 0.0 : 0.8 * TestNoise(n);
+  r = silent ? 0.0 : -0.6 * TestNoise(n + 99991);
 };
 
 // Subnormal and negative-zero input, tiny values, then huge spikes and infinities.
 const Signal kHostile = [](int n, double, double& l, double& r) {
   const double kinds[] = {4.9e-324, -0.0, 1e-300, -2.2e-308, 0.5, 1e30, -1e300, 0.0};
-  l = n < 4000 ? kinds[n % 4] : (n % 97 == 0 ? kinds[4 + n % 4] : 0.3 * Noise(n));
-  r = n == 9000 ? HUGE_VAL : (n < 4000 ? kinds[(n + 1) % 4] : -0.2 * Noise(n + 7));
+  l = n < 4000 ? kinds[n % 4] : (n % 97 == 0 ? kinds[4 + n % 4] : 0.3 * TestNoise(n));
+  r = n == 9000 ? HUGE_VAL : (n < 4000 ? kinds[(n + 1) % 4] : -0.2 * TestNoise(n + 7));
 };
 
 }  // namespace

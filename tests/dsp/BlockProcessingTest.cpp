@@ -7,6 +7,8 @@
 #include "dsp/Tarn.h"
 #include "editor/IGraphics.h"
 
+#include "TestNoise.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -25,26 +27,18 @@ const int kBlockSizes[] = {1, 7, 64, 512, 4096};
 
 bool SameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
-double Noise(int n) {
-  std::uint32_t h = static_cast<std::uint32_t>(n) * 2654435761u;
-  h ^= h >> 15;
-  h *= 2246822519u;
-  h ^= h >> 13;
-  return static_cast<double>(h) / 2147483648.0 - 1.0;
-}
-
 using Signal = std::function<double(int n, int channel)>;
 
 const Signal kSines = [](int n, int c) {
   return c == 0 ? 0.6 * std::sin(kTwoPi * 440.0 * n / kRate)
                 : 0.3 * std::sin(kTwoPi * 97.0 * n / kRate) + 0.2 * std::sin(kTwoPi * 5100.0 * n / kRate);
 };
-const Signal kNoise = [](int n, int c) { return (c == 0 ? 0.8 : -0.5) * Noise(n + 7919 * c); };
+const Signal kNoise = [](int n, int c) { return (c == 0 ? 0.8 : -0.5) * TestNoise(n + 7919 * c); };
 const Signal kSilence = [](int, int) { return 0.0; };
 // Loud bursts of noise and a low sine between stretches of silence of uneven length.
 const Signal kBursts = [](int n, int c) {
   const int phase = n % 3001;
-  if (phase < 700) return 2.5 * Noise(n + 31 * c);
+  if (phase < 700) return 2.5 * TestNoise(n + 31 * c);
   if (phase < 1900) return 0.0;
   return 1.5 * std::sin(kTwoPi * 60.0 * n / kRate + c);
 };
@@ -149,7 +143,7 @@ TEST(SplitHalfBand, ChunksEqualSubSampleCalls) {
     std::vector<double> inL(2 * frames), inR(2 * frames), single(2 * frames), scratch(2 * frames);
     std::vector<LanePair> pair(2 * frames), scratchPair(2 * frames);
     for (int k = 0; k < 2 * frames; ++k, ++n) {
-      inL[k] = k % 2 == 0 ? kBursts(n, 0) : 0.1 * Noise(n);
+      inL[k] = k % 2 == 0 ? kBursts(n, 0) : 0.1 * TestNoise(n);
       inR[k] = kNoise(n, 1);
       single[k] = inL[k];
       pair[k] = LanePair{inL[k], inR[k]};
