@@ -16,11 +16,23 @@ export JACK_NO_AUDIO_RESERVATION=1
 export JACK_DEFAULT_SERVER=tarn-lv2-test-$$
 scratch=$(mktemp -d)
 pids=()
+# stop PID: asks the process (a `timeout` wrapper) and its child to end; a JACK client or server
+# can hang in its own shutdown, so whatever is still there after two seconds is killed.
+stop() {
+  local pid=$1 tries
+  kill "$pid" 2>/dev/null
+  for ((tries = 0; tries < 20; tries++)); do
+    kill -0 "$pid" 2>/dev/null || break
+    sleep 0.1
+  done
+  pkill -KILL -P "$pid" 2>/dev/null
+  kill -KILL "$pid" 2>/dev/null
+  wait "$pid" 2>/dev/null
+}
 # Clients first, the server last.
 cleanup() {
   for ((i = ${#pids[@]} - 1; i >= 0; i--)); do
-    kill "${pids[i]}" 2>/dev/null
-    wait "${pids[i]}" 2>/dev/null
+    stop "${pids[i]}"
   done
   rm -rf "$scratch"
 }
@@ -28,14 +40,14 @@ trap cleanup EXIT
 failures=0
 fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
 
-timeout 60 jackd -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$scratch/jackd.log" 2>&1 &
+timeout -k 2 60 jackd -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$scratch/jackd.log" 2>&1 &
 pids+=($!)
 if ! timeout 15 jack_wait -w -t 10 -s "$JACK_DEFAULT_SERVER" >/dev/null 2>&1; then
   cat "$scratch/jackd.log"
   echo "FAIL: the dummy JACK server did not start"
   exit 1
 fi
-timeout 30 jack_metro -n metro -b 300 -D 150 -f 440 -A 0.8 >"$scratch/metro.log" 2>&1 &
+timeout -k 2 30 jack_metro -n metro -b 300 -D 150 -f 440 -A 0.8 >"$scratch/metro.log" 2>&1 &
 pids+=($!)
 
 # The prompt's input: connect the metronome once jalv is up, change a control, list the
@@ -50,7 +62,7 @@ pids+=($!)
   sleep 1
   echo "monitors"
   sleep 0.5
-} | timeout 20 jalv -x -n tarn_test "urn:tessmoral:tarn#stereo" >"$scratch/jalv.log" 2>&1
+} | timeout -k 2 20 jalv -x -n tarn_test "urn:tessmoral:tarn#stereo" >"$scratch/jalv.log" 2>&1
 status=$?
 cat "$scratch/jalv.log"
 
