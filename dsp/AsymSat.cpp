@@ -6,6 +6,7 @@
 #include "dsp/LanePair.h"
 #include "dsp/NoiseSource.h"
 #include "dsp/SplitHalfBand.h"
+#include "dsp/WideOversampler.h"
 
 #include <algorithm>
 #include <cmath>
@@ -202,6 +203,9 @@ inline void AsymSat::frontMono(double in) {
 // Decimation keeps the first sub-sample, the second only advances the filters.
 template <class T>
 void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
+  if constexpr (std::is_same_v<T, LanePair>) {
+    if (wideLanes) return OversampleStereoChunkWide(*this, work, kept, n);
+  }
   T sub[2 * kChunkFrames], scratch[2 * kChunkFrames];
   for (int i = 0; i < n; ++i) {
     sub[2 * i] = 2.0 * work[i];
@@ -353,9 +357,8 @@ void AsymSat::runBlock(const double* inL, const double* inR, double* left, doubl
       c.work[i] = front<T>(inL[start + i], inR[start + i]);
       c.scale[i] = outScale;
       c.driftGain[i] = driftGainL;  // driftGainR is the same value
-      if (i < previous->frames) finish(*previous, i, stages);
     }
-    for (int i = c.frames; i < previous->frames; ++i) finish(*previous, i, stages);
+    for (int i = 0; i < previous->frames; ++i) finish(*previous, i, stages);
     stages.store();
     previous->frames = 0;
 

@@ -5,6 +5,7 @@
 #include "dsp/OnePoleStage.h"
 #include "dsp/RBJ.h"
 #include "dsp/SystemRand.h"
+#include "dsp/WideOversampler.h"
 
 // The sound of the effect: a sample-by-sample saturator with smoothed input gain and a tiny
 // noise floor, pre-emphasis, slow random gain drift, a linked feedback level detector, a curve
@@ -75,9 +76,14 @@ struct AsymSat {
   // The drift targets' random source, private to this instance.
   SystemRand driftRandom;
 
-private:
+  // Stereo chunks take the four-lane oversampled section where the processor has it. Both
+  // sections give the same bits; tests turn this off to compare them.
+  bool wideLanes = WideLanesAvailable();
+
   // Frames run in chunks of at most this many, stage by stage (see runBlock).
   static constexpr int kChunkFrames = 16;
+
+private:
   template <class T> struct Chunk;
   template <class T> void runBlock(const double* inL, const double* inR, double* left, double* right, int n);
 

@@ -1,0 +1,168 @@
+#include "dsp/WideOversampler.h"
+
+#include "dsp/AsymSat.h"
+#include "dsp/CAllPassFilterCascade.h"
+
+#include <immintrin.h>
+
+// Only this file uses 256-bit instructions, and only in functions marked for them, so the rest
+// of the program runs on any x86-64. "fma" is deliberately not among the targets: a fused
+// multiply-add rounds once where the two-lane path rounds twice.
+#define TARN_WIDE __attribute__((target("avx2")))
+
+namespace {
+
+// Frame-sized groups of sub-samples: even left, even right, odd left, odd right.
+using Quad = __m256d;
+constexpr int kSections = CAllPassFilterCascade::kStagesPerPath;
+
+TARN_WIDE inline Quad LoadFrame(const LanePair* pair) { return _mm256_loadu_pd(reinterpret_cast<const double*>(pair)); }
+TARN_WIDE inline void StoreFrame(Quad v, LanePair* pair) { _mm256_storeu_pd(reinterpret_cast<double*>(pair), v); }
+TARN_WIDE inline Quad Broadcast(double v) { return _mm256_set1_pd(v); }
+TARN_WIDE inline double Lane(Quad v, int i) {
+  alignas(32) double lanes[4];
+  _mm256_store_pd(lanes, v);
+  return lanes[i];
+}
+// The odd lanes of one frame followed by the even lanes of the next: for each sub-sample, the
+// value of the sub-sample before it.
+TARN_WIDE inline Quad OneSubSampleLater(Quad before, Quad now) { return _mm256_permute2f128_pd(before, now, 0x21); }
+
+// A section member's even (newest-but-one) and odd (newest) values of both channels.
+TARN_WIDE inline Quad Gather(const AllPassStage& l, const AllPassStage& r, double AllPassStage::*even,
+                             double AllPassStage::*odd) {
+  return _mm256_setr_pd(l.*even, r.*even, l.*odd, r.*odd);
+}
+
+// At a frame boundary, a section's newest sub-sample is odd; the state keeps the newest three
+// inputs and outputs, i.e. the last frame's odd and even values and the odd one of the frame
+// before.
+TARN_WIDE inline void Scatter(Quad last, Quad before, AllPassStage& l, AllPassStage& r, double AllPassStage::*newest,
+                              double AllPassStage::*second, double AllPassStage::*third) {
+  l.*newest = Lane(last, 2);
+  r.*newest = Lane(last, 3);
+  l.*second = Lane(last, 0);
+  r.*second = Lane(last, 1);
+  l.*third = Lane(before, 2);
+  r.*third = Lane(before, 3);
+}
+
+// One path's six sections over the chunk. Each section is y0 = (v − y2)·a + x2 per parity. A
+// section's input is the output of the section before it, so its previous input is that
+// section's previous output: a frame needs only the path's previous input and the six previous
+// outputs, which fit in registers.
+TARN_WIDE void RunPath(HalfBandFilter& left, HalfBandFilter& right, int first, const double (&coefficients)[kSections],
+                       const LanePair* in, LanePair* out, int nFrames) {
+  Quad a[kSections], y[kSections];
+  for (int s = 0; s < kSections; ++s) {
+    a[s] = Broadcast(coefficients[s]);
+    y[s] = Gather(left.cascade.stages[first + s], right.cascade.stages[first + s], &AllPassStage::y1, &AllPassStage::y0);
+  }
+  Quad input = Gather(left.cascade.stages[first], right.cascade.stages[first], &AllPassStage::x1, &AllPassStage::x0);
+
+  // The last frame moves the odd values before it to the sections' third-newest place.
+  Quad inputBefore = input, yBefore[kSections];
+  for (int f = 0; f < nFrames; ++f) {
+    if (f + 1 == nFrames) {
+      inputBefore = input;
+      for (int s = 0; s < kSections; ++s) yBefore[s] = y[s];
+    }
+    Quad v = LoadFrame(in + 2 * f);
+    Quad x = input;
+    input = v;
+#pragma GCC unroll 6
+    for (int s = 0; s < kSections; ++s) {
+      const Quad previous = y[s];
+      y[s] = _mm256_add_pd(_mm256_mul_pd(_mm256_sub_pd(v, previous), a[s]), x);
+      x = previous;
+      v = y[s];
+    }
+    StoreFrame(v, out + 2 * f);
+  }
+
+  for (int s = 0; s < kSections; ++s) {
+    AllPassStage& l = left.cascade.stages[first + s];
+    AllPassStage& r = right.cascade.stages[first + s];
+    Scatter(s == 0 ? input : y[s - 1], s == 0 ? inputBefore : yBefore[s - 1], l, r, &AllPassStage::x0,
+            &AllPassStage::x1, &AllPassStage::x2);
+    Scatter(y[s], yBefore[s], l, r, &AllPassStage::y0, &AllPassStage::y1, &AllPassStage::y2);
+  }
+}
+
+// The half-band filter over the chunk in place: out = (A + B of the previous sub-sample)·0.5.
+TARN_WIDE void RunHalfBand(HalfBandFilter& left, HalfBandFilter& right, LanePair* sub, LanePair* branch, int nFrames) {
+  RunPath(left, right, kSections, CAllPassFilterCascade::kPathB, sub, branch, nFrames);
+  RunPath(left, right, 0, CAllPassFilterCascade::kPathA, sub, sub, nFrames);
+  const Quad half = Broadcast(0.5);
+  Quad before = _mm256_setr_pd(0.0, 0.0, left.oldOut, right.oldOut);
+  for (int f = 0; f < nFrames; ++f) {
+    const Quad b = LoadFrame(branch + 2 * f);
+    const Quad out = _mm256_mul_pd(_mm256_add_pd(LoadFrame(sub + 2 * f), OneSubSampleLater(before, b)), half);
+    StoreFrame(out, sub + 2 * f);
+    before = b;
+  }
+  left.oldOut = Lane(before, 2);
+  right.oldOut = Lane(before, 3);
+}
+
+// The curve over the chunk in place, as AsymSat::curveStep computes it. Only the memory runs
+// sub-sample by sub-sample, two lanes wide; the rest takes whole frames.
+TARN_WIDE void RunCurve(AsymSat& sat, LanePair* sub, int nFrames) {
+  const Quad memIn = Broadcast(sat.memIn);
+  const __m128d memFb = _mm_set1_pd(sat.memFb);
+  const Quad posKnee = Broadcast(sat.posKnee), posKneeInv = Broadcast(sat.posKneeInv);
+  const Quad negKnee = Broadcast(sat.negKnee), negKneeInv = Broadcast(sat.negKneeInv);
+  const Quad evenWeight = Broadcast(sat.evenWeight), postFb = Broadcast(sat.postFb);
+  const Quad postScale = Broadcast(sat.postScale), one = Broadcast(1.0), zero = _mm256_setzero_pd();
+  __m128d mem = _mm_setr_pd(sat.memL, sat.memR);
+  Quad before = _mm256_setr_pd(0.0, 0.0, sat.curvePrevL, sat.curvePrevR);
+  for (int f = 0; f < nFrames; ++f) {
+    const Quad x = LoadFrame(sub + 2 * f);
+    const Quad weighted = _mm256_mul_pd(memIn, x);
+    const __m128d even = _mm_add_pd(_mm256_castpd256_pd128(weighted), _mm_mul_pd(memFb, mem));
+    mem = _mm_add_pd(_mm256_extractf128_pd(weighted, 1), _mm_mul_pd(memFb, even));
+    const Quad s = _mm256_setr_m128d(even, mem);
+
+    // Blends take their second operand where the mask is set: the positive half-wave.
+    const Quad positive = _mm256_cmp_pd(x, zero, _CMP_GT_OQ);
+    const Quad square = _mm256_mul_pd(s, s);
+    const Quad u = _mm256_mul_pd(_mm256_mul_pd(negKnee, s), s);
+    const Quad oddIn = _mm256_blendv_pd(s, _mm256_mul_pd(posKnee, s), positive);
+    const Quad oddGain = _mm256_blendv_pd(one, posKneeInv, positive);
+    const Quad evenIn = _mm256_blendv_pd(u, square, positive);
+    const Quad evenSquare = _mm256_blendv_pd(_mm256_mul_pd(u, u), _mm256_mul_pd(_mm256_mul_pd(square, s), s), positive);
+    const Quad evenGain = _mm256_blendv_pd(negKneeInv, one, positive);
+    const Quad oddPart = _mm256_mul_pd(
+        _mm256_div_pd(oddIn, _mm256_sqrt_pd(_mm256_add_pd(_mm256_mul_pd(oddIn, oddIn), one))), oddGain);
+    const Quad evenPart = _mm256_mul_pd(_mm256_div_pd(evenIn, _mm256_sqrt_pd(_mm256_add_pd(evenSquare, one))), evenGain);
+    const Quad y = _mm256_sub_pd(oddPart, _mm256_mul_pd(evenWeight, evenPart));
+    const Quad out = _mm256_mul_pd(_mm256_sub_pd(y, _mm256_mul_pd(postFb, OneSubSampleLater(before, y))), postScale);
+    StoreFrame(out, sub + 2 * f);
+    before = y;
+  }
+  sat.memL = mem[0];
+  sat.memR = mem[1];
+  sat.curvePrevL = Lane(before, 2);
+  sat.curvePrevR = Lane(before, 3);
+}
+
+}  // namespace
+
+bool WideLanesAvailable() {
+  __builtin_cpu_init();
+  return __builtin_cpu_supports("avx2");
+}
+
+TARN_WIDE void OversampleStereoChunkWide(AsymSat& sat, const LanePair* work, LanePair* kept, int n) {
+  LanePair sub[2 * AsymSat::kChunkFrames] = {}, branch[2 * AsymSat::kChunkFrames];
+  for (int i = 0; i < n; ++i) {
+    sub[2 * i] = 2.0 * work[i];
+    sub[2 * i + 1] = LanePair{0.0, 0.0};
+  }
+  RunHalfBand(sat.upL, sat.upR, sub, branch, n);
+  RunCurve(sat, sub, n);
+  RunHalfBand(sat.downL, sat.downR, sub, branch, n);
+  for (int i = 0; i < n; ++i) kept[i] = sub[2 * i];
+  sat.osL = sub[2 * n - 1][0];
+  sat.osR = sub[2 * n - 1][1];
+}

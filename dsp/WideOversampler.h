@@ -1,0 +1,22 @@
+#pragma once
+
+#include "dsp/LanePair.h"
+
+struct AsymSat;
+
+// The saturator's stereo oversampled section four lanes wide, for processors with 256-bit
+// vectors (AVX2): one register holds a frame's even and odd sub-sample of both channels.
+//
+// Both half-band filters are all-passes in z², so a frame's even and odd sub-samples run through
+// their own recursions and can share a register; the curve's memory links the two sub-samples
+// of a frame, but that is a single multiply and add per sub-sample, and all of the curve's
+// square roots and divisions then run for four values at once. Every lane performs the very
+// operations, in the same order, that the two-lane path performs (additions and multiplications
+// never fused), so both paths give the same bits.
+// Whether the processor running us has the instructions this path needs.
+bool WideLanesAvailable();
+
+// What AsymSat's two-lane oversampled section does for a chunk of n frames (at most 16):
+// working samples in, the kept sub-samples out, the filters' and the curve's state advanced.
+// Call only where WideLanesAvailable() is true.
+void OversampleStereoChunkWide(AsymSat& sat, const LanePair* work, LanePair* kept, int n);
