@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
-#include <utility>
 
 namespace {
 
@@ -337,38 +336,31 @@ void AsymSat::process_MonoBlock(const double* in, double* out, int n) { runBlock
 // with the next. But only the level detector feeds back from frame to frame; the filters and the
 // curve carry just a few samples of state. So a block runs in chunks, each stage over all frames
 // of a chunk before the next stage starts: the detector loop, then the oversampled section (both
-// channels in step), then the output stages. The detector loop waits on its own feedback most of
-// the time, so the output stages of the previous chunk run in the same loop and fill the gaps.
-// Each value is still computed by the same operations in the same order, so the output is the
-// same to the bit.
+// channels in step), then the output stages. The detector loop is bound by the latency of its
+// own feedback; any other work placed in it only crowds the processor's window of instructions
+// in flight and makes it slower, so it stays as lean as it can be. Each value is still computed
+// by the same operations in the same order, so the output is the same to the bit.
 template <class T>
 void AsymSat::runBlock(const double* inL, const double* inR, double* left, double* right, int n) {
-  Chunk<T> chunks[2];
-  Chunk<T>* previous = &chunks[0];
-  Chunk<T>* current = &chunks[1];
-  for (int start = 0; start < n; start += current->frames) {
-    std::swap(previous, current);
-    Chunk<T>& c = *current;
+  Chunk<T> c;
+  for (int start = 0; start < n; start += c.frames) {
     c.frames = std::min(chunkFrames(), n - start);
     c.left = left + start;
     c.right = right + start;
-    OutputStages<T> stages(*this);
     for (int i = 0; i < c.frames; ++i) {
       c.work[i] = front<T>(inL[start + i], inR[start + i]);
       c.scale[i] = outScale;
       c.driftGain[i] = driftGainL;  // driftGainR is the same value
     }
-    for (int i = 0; i < previous->frames; ++i) finish(*previous, i, stages);
-    stages.store();
-    previous->frames = 0;
 
     if (oversample == 2) {
       oversampleChunk(c.work, c.kept, c.frames);
     } else {
       c.kept[0] = oversampleFrame<T>();
     }
+
+    OutputStages<T> stages(*this);
+    for (int i = 0; i < c.frames; ++i) finish(c, i, stages);
+    stages.store();
   }
-  OutputStages<T> stages(*this);
-  for (int i = 0; i < current->frames; ++i) finish(*current, i, stages);
-  stages.store();
 }
