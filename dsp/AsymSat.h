@@ -81,7 +81,7 @@ struct AsymSat {
   bool wideLanes = WideLanesAvailable();
 
   // Frames run in chunks of at most this many, stage by stage (see runBlock).
-  static constexpr int kChunkFrames = 16;
+  static constexpr int kChunkFrames = 64;
 
 private:
   template <class T> struct Chunk;

@@ -47,29 +47,24 @@ TARN_WIDE inline void Scatter(Quad last, Quad before, AllPassStage& l, AllPassSt
   r.*third = Lane(before, 3);
 }
 
-// One path's six sections over the chunk. Each section is y0 = (v − y2)·a + x2 per parity. A
-// section's input is the output of the section before it, so its previous input is that
-// section's previous output: a frame needs only the path's previous input and the six previous
-// outputs, which fit in registers.
-TARN_WIDE void RunPath(HalfBandFilter& left, HalfBandFilter& right, int first, const double (&coefficients)[kSections],
-                       const LanePair* in, LanePair* out, int nFrames) {
+// A path's six sections, kept in registers while a chunk runs. Each section is
+// y0 = (v − y2)·a + x2 per parity. A section's input is the output of the section before it, so
+// its previous input is that section's previous output: a frame needs only the previous
+// outputs, plus the filter's previous input for the first section.
+struct Path {
   Quad a[kSections], y[kSections];
-  for (int s = 0; s < kSections; ++s) {
-    a[s] = Broadcast(coefficients[s]);
-    y[s] = Gather(left.cascade.stages[first + s], right.cascade.stages[first + s], &AllPassStage::y1, &AllPassStage::y0);
-  }
-  Quad input = Gather(left.cascade.stages[first], right.cascade.stages[first], &AllPassStage::x1, &AllPassStage::x0);
+  Quad yBefore[kSections];  // the outputs before the chunk's last frame
 
-  // The last frame moves the odd values before it to the sections' third-newest place.
-  Quad inputBefore = input, yBefore[kSections];
-  for (int f = 0; f < nFrames; ++f) {
-    if (f + 1 == nFrames) {
-      inputBefore = input;
-      for (int s = 0; s < kSections; ++s) yBefore[s] = y[s];
+  TARN_WIDE void load(const HalfBandFilter& left, const HalfBandFilter& right, int first,
+                      const double (&coefficients)[kSections]) {
+    for (int s = 0; s < kSections; ++s) {
+      a[s] = Broadcast(coefficients[s]);
+      y[s] = Gather(left.cascade.stages[first + s], right.cascade.stages[first + s], &AllPassStage::y1, &AllPassStage::y0);
     }
-    Quad v = LoadFrame(in + 2 * f);
-    Quad x = input;
-    input = v;
+  }
+
+  // One frame with input v, whose previous input was x; returns the path's output.
+  TARN_WIDE Quad step(Quad v, Quad x) {
 #pragma GCC unroll 6
     for (int s = 0; s < kSections; ++s) {
       const Quad previous = y[s];
@@ -77,32 +72,55 @@ TARN_WIDE void RunPath(HalfBandFilter& left, HalfBandFilter& right, int first, c
       x = previous;
       v = y[s];
     }
-    StoreFrame(v, out + 2 * f);
+    return v;
   }
 
-  for (int s = 0; s < kSections; ++s) {
-    AllPassStage& l = left.cascade.stages[first + s];
-    AllPassStage& r = right.cascade.stages[first + s];
-    Scatter(s == 0 ? input : y[s - 1], s == 0 ? inputBefore : yBefore[s - 1], l, r, &AllPassStage::x0,
-            &AllPassStage::x1, &AllPassStage::x2);
-    Scatter(y[s], yBefore[s], l, r, &AllPassStage::y0, &AllPassStage::y1, &AllPassStage::y2);
+  TARN_WIDE void keepBefore() {
+    for (int s = 0; s < kSections; ++s) yBefore[s] = y[s];
   }
-}
+
+  // At a frame boundary, a section's newest sub-sample is odd; the state keeps the newest three
+  // inputs and outputs: the last frame's odd and even values and the odd one of the frame before.
+  TARN_WIDE void store(HalfBandFilter& left, HalfBandFilter& right, int first, Quad input, Quad inputBefore) const {
+    for (int s = 0; s < kSections; ++s) {
+      AllPassStage& l = left.cascade.stages[first + s];
+      AllPassStage& r = right.cascade.stages[first + s];
+      Scatter(s == 0 ? input : y[s - 1], s == 0 ? inputBefore : yBefore[s - 1], l, r, &AllPassStage::x0,
+              &AllPassStage::x1, &AllPassStage::x2);
+      Scatter(y[s], yBefore[s], l, r, &AllPassStage::y0, &AllPassStage::y1, &AllPassStage::y2);
+    }
+  }
+};
 
 // The half-band filter over the chunk in place: out = (A + B of the previous sub-sample)·0.5.
-TARN_WIDE void RunHalfBand(HalfBandFilter& left, HalfBandFilter& right, LanePair* sub, LanePair* branch, int nFrames) {
-  RunPath(left, right, kSections, CAllPassFilterCascade::kPathB, sub, branch, nFrames);
-  RunPath(left, right, 0, CAllPassFilterCascade::kPathA, sub, sub, nFrames);
+// Both paths step in the same loop, so that each waits on its own recursions while the other
+// computes.
+TARN_WIDE void RunHalfBand(HalfBandFilter& left, HalfBandFilter& right, LanePair* sub, int nFrames) {
+  Path pathA, pathB;
+  pathA.load(left, right, 0, CAllPassFilterCascade::kPathA);
+  pathB.load(left, right, kSections, CAllPassFilterCascade::kPathB);
+  // Both paths take the same input.
+  Quad input = Gather(left.cascade.stages[0], right.cascade.stages[0], &AllPassStage::x1, &AllPassStage::x0);
+  Quad inputBefore = input;
   const Quad half = Broadcast(0.5);
-  Quad before = _mm256_setr_pd(0.0, 0.0, left.oldOut, right.oldOut);
+  Quad bBefore = _mm256_setr_pd(0.0, 0.0, left.oldOut, right.oldOut);
   for (int f = 0; f < nFrames; ++f) {
-    const Quad b = LoadFrame(branch + 2 * f);
-    const Quad out = _mm256_mul_pd(_mm256_add_pd(LoadFrame(sub + 2 * f), OneSubSampleLater(before, b)), half);
-    StoreFrame(out, sub + 2 * f);
-    before = b;
+    if (f + 1 == nFrames) {
+      inputBefore = input;
+      pathA.keepBefore();
+      pathB.keepBefore();
+    }
+    const Quad v = LoadFrame(sub + 2 * f);
+    const Quad a = pathA.step(v, input);
+    const Quad b = pathB.step(v, input);
+    input = v;
+    StoreFrame(_mm256_mul_pd(_mm256_add_pd(a, OneSubSampleLater(bBefore, b)), half), sub + 2 * f);
+    bBefore = b;
   }
-  left.oldOut = Lane(before, 2);
-  right.oldOut = Lane(before, 3);
+  pathA.store(left, right, 0, input, inputBefore);
+  pathB.store(left, right, kSections, input, inputBefore);
+  left.oldOut = Lane(bBefore, 2);
+  right.oldOut = Lane(bBefore, 3);
 }
 
 // The curve over the chunk in place, as AsymSat::curveStep computes it. Only the memory runs
@@ -154,14 +172,14 @@ bool WideLanesAvailable() {
 }
 
 TARN_WIDE void OversampleStereoChunkWide(AsymSat& sat, const LanePair* work, LanePair* kept, int n) {
-  LanePair sub[2 * AsymSat::kChunkFrames] = {}, branch[2 * AsymSat::kChunkFrames];
+  LanePair sub[2 * AsymSat::kChunkFrames] = {};
   for (int i = 0; i < n; ++i) {
     sub[2 * i] = 2.0 * work[i];
     sub[2 * i + 1] = LanePair{0.0, 0.0};
   }
-  RunHalfBand(sat.upL, sat.upR, sub, branch, n);
+  RunHalfBand(sat.upL, sat.upR, sub, n);
   RunCurve(sat, sub, n);
-  RunHalfBand(sat.downL, sat.downR, sub, branch, n);
+  RunHalfBand(sat.downL, sat.downR, sub, n);
   for (int i = 0; i < n; ++i) kept[i] = sub[2 * i];
   sat.osL = sub[2 * n - 1][0];
   sat.osR = sub[2 * n - 1][1];
