@@ -51,11 +51,22 @@ private:
   static constexpr int kChunkFrames = 64;
   void ProcessStereo(double** inputs, double** outputs, int nFrames);
   void ProcessMono(double** inputs, double** outputs, int nFrames);
+  // What the per-frame stages carry from frame to frame. A block keeps these in a local copy
+  // and writes it back at the end: as members, every frame would have to store and reload them
+  // all (an output buffer might alias them, as far as the compiler knows).
+  struct Running {
+    double fadeIn, bypassRamp, mix;
+    int noiseSeedL, noiseSeedR;
+    double vuAvg, vuHold, rmsInSq, rmsOutSq;
+  };
+  Running LoadRunning() const;
+  void StoreRunning(const Running& r);
   // Fade and bypass ramp for one frame; returns the input gain for it.
-  double AdvanceFrame();
+  double AdvanceFrame(Running& r) const;
   template <class T> T MixWetDry(T wet, T dry, double mix) const;
-  template <class T> T AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade);
-  void FeedMeter(double in, double out);
+  template <class T> T AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade) const;
+  // Meter ballistics and RMS sums for one frame; returns the meter's source value.
+  double FeedMeter(Running& r, double in, double out) const;
   void UpdateRmsDifference();
   void SendNeedle();
 

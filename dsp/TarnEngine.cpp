@@ -114,11 +114,27 @@ void Tarn::Design(const DesignInputs& in) {
   mSat.init_all(fs, levelDb, in.freqResponse, 0.01 * in.trim + 0.2, 0.1 * in.asymmetry);
 }
 
-inline double Tarn::AdvanceFrame() {
-  if (mFadeIn <= 1.0) mFadeIn += 0.0001;
-  mBypassRamp = 0.99 * mBypassRamp + (mBypass ? 0.0 : 0.010000000000000009);
-  mMix = mBypassRamp;
-  return mInGain * mFadeIn;
+Tarn::Running Tarn::LoadRunning() const {
+  return {mFadeIn, mBypassRamp, mMix, mNoiseSeedL, mNoiseSeedR, mVuAvg, mVuHold, mRmsInSq, mRmsOutSq};
+}
+
+void Tarn::StoreRunning(const Running& r) {
+  mFadeIn = r.fadeIn;
+  mBypassRamp = r.bypassRamp;
+  mMix = r.mix;
+  mNoiseSeedL = r.noiseSeedL;
+  mNoiseSeedR = r.noiseSeedR;
+  mVuAvg = r.vuAvg;
+  mVuHold = r.vuHold;
+  mRmsInSq = r.rmsInSq;
+  mRmsOutSq = r.rmsOutSq;
+}
+
+inline double Tarn::AdvanceFrame(Running& r) const {
+  if (r.fadeIn <= 1.0) r.fadeIn += 0.0001;
+  r.bypassRamp = 0.99 * r.bypassRamp + (mBypass ? 0.0 : 0.010000000000000009);
+  r.mix = r.bypassRamp;
+  return mInGain * r.fadeIn;
 }
 
 template <class T>
@@ -128,19 +144,19 @@ inline T Tarn::MixWetDry(T wet, T dry, double mix) const {
 
 // The mixed output plus the channel's noise floor (noise through its shelf), faded.
 template <class T>
-inline T Tarn::AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade) {
+inline T Tarn::AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade) const {
   return (mixed + noiseFilter.filter(noise * mNoiseLevel)) * fade;
 }
 
-inline void Tarn::FeedMeter(double in, double out) {
-  mMeterSource = mVuMode == 0 ? in : out;
-  mVuAvg = mVuP * mVuAvg + 2.0 * mVuA * std::fabs(mMeterSource);
-  const double coef = mVuAvg > mVuHold ? mVuRise : mVuFall;
-  mVuHold = FlushDenormal(mVuAvg + (mVuHold - mVuAvg) * coef);
-  mNeedle = mVuHold;
+inline double Tarn::FeedMeter(Running& r, double in, double out) const {
+  const double source = mVuMode == 0 ? in : out;
+  r.vuAvg = mVuP * r.vuAvg + 2.0 * mVuA * std::fabs(source);
+  const double coef = r.vuAvg > r.vuHold ? mVuRise : mVuFall;
+  r.vuHold = FlushDenormal(r.vuAvg + (r.vuHold - r.vuAvg) * coef);
 
-  mRmsInSq = mRmsCoef * mRmsInSq + (1.0 - mRmsCoef) * (in * in);
-  mRmsOutSq = mRmsCoef * mRmsOutSq + (1.0 - mRmsCoef) * (out * out);
+  r.rmsInSq = mRmsCoef * r.rmsInSq + (1.0 - mRmsCoef) * (in * in);
+  r.rmsOutSq = mRmsCoef * r.rmsOutSq + (1.0 - mRmsCoef) * (out * out);
+  return source;
 }
 
 // The RMS levels and their difference feed nothing inside the block; only the last frame's
@@ -157,14 +173,19 @@ void Tarn::UpdateRmsDifference() {
 // is staged alike: the input stage (fade, bypass ramp, trim, crosstalk) for every frame of the
 // chunk, the saturator, then the output stage (mix, clamp, noise, fade, meter). Each frame's
 // values are the same as if the frames ran one by one. Left and right run in step as lane pairs,
-// with the filters' state in locals for the whole block.
+// with the filters' state and the running values in locals for the whole block; the values only
+// the last frame leaves behind (levels, meter source, needle) are written once, after it.
 void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
+  if (nFrames <= 0) return;
   // At the bottom of the range the leak is off and both crosstalk filters stand still.
   const bool crosstalkOn = mCrosstalkDb > -120.0;
   // Left lane first: the leak into the right channel filters the left input, and vice versa.
   BiquadLanes<LanePair> leakFilters(mXtalkToRight, mXtalkToLeft);
   const LanePair leakGains = {mXtalkToLeftGain, mXtalkToRightGain};
   BiquadLanes<LanePair> noiseFilters(mNoiseFilterL, mNoiseFilterR);
+  Running run = LoadRunning();
+  LanePair lastDry{}, lastOut{};
+  double lastSource = 0.0;
   for (int start = 0; start < nFrames; start += kChunkFrames) {
     const int len = std::min(kChunkFrames, nFrames - start);
     const double* inL = inputs[0] + start;
@@ -175,9 +196,9 @@ void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
     double wetL[kChunkFrames], wetR[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
 
     for (int n = 0; n < len; ++n) {
-      const double g = AdvanceFrame();
-      mix[n] = mMix;
-      fade[n] = mFadeIn;
+      const double g = AdvanceFrame(run);
+      mix[n] = run.mix;
+      fade[n] = run.fadeIn;
       const LanePair in = LanePair{inL[n], inR[n]} * g;
       dry[n] = in;
       LanePair wet = in;
@@ -193,23 +214,33 @@ void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
 
     for (int n = 0; n < len; ++n) {
       const LanePair mixed = MixWetDry(LanePair{wetL[n], wetR[n]}, dry[n], mix[n]);
-      const LanePair noise = {NextNoise(mNoiseSeedL), NextNoise(mNoiseSeedR)};
+      const LanePair noise = {NextNoise(run.noiseSeedL), NextNoise(run.noiseSeedR)};
       const LanePair out = FlushTinyOrNonFinite(AddNoise(mixed, noise, noiseFilters, fade[n]));
-      mOutL = outL[n] = out[0];
-      mOutR = outR[n] = out[1];
-      mInMono = 0.5 * (dry[n][0] + dry[n][1]);
-      mOutMono = 0.5 * (mOutL + mOutR);
-      FeedMeter(mInMono, mOutMono);
+      outL[n] = out[0];
+      outR[n] = out[1];
+      lastSource = FeedMeter(run, 0.5 * (dry[n][0] + dry[n][1]), 0.5 * (out[0] + out[1]));
+      lastOut = out;
     }
-    mInL = dry[len - 1][0];
-    mInR = dry[len - 1][1];
+    lastDry = dry[len - 1];
   }
+  StoreRunning(run);
+  mInL = lastDry[0];
+  mInR = lastDry[1];
+  mOutL = lastOut[0];
+  mOutR = lastOut[1];
+  mInMono = 0.5 * (mInL + mInR);
+  mOutMono = 0.5 * (mOutL + mOutR);
+  mMeterSource = lastSource;
+  mNeedle = mVuHold;
   leakFilters.store(mXtalkToRight, mXtalkToLeft);
   noiseFilters.store(mNoiseFilterL, mNoiseFilterR);
 }
 
 void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
+  if (nFrames <= 0) return;
   BiquadLanes<double> noiseFilter(mNoiseFilterL, mNoiseFilterL);
+  Running run = LoadRunning();
+  double lastSource = 0.0;
   for (int start = 0; start < nFrames; start += kChunkFrames) {
     const int len = std::min(kChunkFrames, nFrames - start);
     const double* inL = inputs[0] + start;
@@ -217,21 +248,25 @@ void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
     double dry[kChunkFrames], wet[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
 
     for (int n = 0; n < len; ++n) {
-      const double g = AdvanceFrame();
-      mix[n] = mMix;
-      fade[n] = mFadeIn;
-      mInL = dry[n] = inL[n] * g;
+      const double g = AdvanceFrame(run);
+      mix[n] = run.mix;
+      fade[n] = run.fadeIn;
+      dry[n] = inL[n] * g;
     }
 
     mSat.process_MonoBlock(dry, wet, len);
 
     for (int n = 0; n < len; ++n) {
       const double mixed = MixWetDry(wet[n], dry[n], mix[n]);
-      const double out = AddNoise(mixed, NextNoise(mNoiseSeedL), noiseFilter, fade[n]);
+      const double out = AddNoise(mixed, NextNoise(run.noiseSeedL), noiseFilter, fade[n]);
       mOutL = outL[n] = FlushDenormal(out);  // infinities and NaNs pass in mono
-      FeedMeter(dry[n], mOutL);
+      lastSource = FeedMeter(run, dry[n], mOutL);
     }
+    mInL = dry[len - 1];
   }
+  StoreRunning(run);
+  mMeterSource = lastSource;
+  mNeedle = mVuHold;
   noiseFilter.store(mNoiseFilterL, mNoiseFilterL);
 }
 
