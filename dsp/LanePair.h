@@ -2,9 +2,9 @@
 
 #include "dsp/Denormal.h"
 
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <emmintrin.h>
 
 // The left and right channel side by side in one register: lane 0 left, lane 1 right. Every
@@ -25,11 +25,12 @@ template <> inline LanePair Splat<LanePair>(double v) { return LanePair{v, v}; }
 inline double SquareRoot(double x) { return std::sqrt(x); }
 inline LanePair SquareRoot(LanePair x) { return _mm_sqrt_pd(x); }
 
-// FlushDenormal lane by lane: a zero or subnormal becomes +0.0.
+// FlushDenormal lane by lane: a zero or subnormal becomes +0.0. Those are exactly the values
+// whose magnitude lies below the smallest normal number (infinities and NaNs compare false), so
+// a floating-point comparison picks them without moving the bits to the integer side.
 inline LanePair FlushDenormal(LanePair x) {
-  LaneMask bits;
-  std::memcpy(&bits, &x, sizeof bits);
-  return (bits & 0x7FF0000000000000LL) == 0 ? LanePair{0.0, 0.0} : x;
+  const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), x);
+  return _mm_andnot_pd(_mm_cmplt_pd(magnitude, _mm_set1_pd(DBL_MIN)), x);
 }
 
 // Gathers a value's left and right copies into one sample and scatters it back. A scalar sample

@@ -12,10 +12,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -132,6 +134,25 @@ void ExpectBlocksMatchFrames(const Signal& signal, int frames, int blockSize, bo
 }
 
 }  // namespace
+
+// The two-lane flush against the rule itself: a value whose exponent bits are all zero (a zero
+// of either sign or a subnormal) becomes +0.0, anything else keeps its bits, in each lane alone.
+TEST(LanePair, FlushDenormalFollowsTheExponentBitsInEachLane) {
+  const double smallestSubnormal = std::numeric_limits<double>::denorm_min();
+  const double largestSubnormal = std::nextafter(DBL_MIN, 0.0);
+  const double flushed[] = {0.0, -0.0, smallestSubnormal, -smallestSubnormal, largestSubnormal, -largestSubnormal};
+  const double kept[] = {DBL_MIN, -DBL_MIN, 1.0, -3.5e-300, DBL_MAX, HUGE_VAL, -HUGE_VAL, std::nan(""), -std::nan("")};
+  for (double tiny : flushed) {
+    for (double normal : kept) {
+      const LanePair a = FlushDenormal(LanePair{tiny, normal});
+      const LanePair b = FlushDenormal(LanePair{normal, tiny});
+      EXPECT_TRUE(SameBits(a[0], 0.0)) << tiny;
+      EXPECT_TRUE(SameBits(a[1], normal)) << normal;
+      EXPECT_TRUE(SameBits(b[0], normal)) << normal;
+      EXPECT_TRUE(SameBits(b[1], 0.0)) << tiny;
+    }
+  }
+}
 
 // The chunked half-band against one HalfBandFilter::process call per sub-sample: outputs and
 // every section's six stored values, for one filter alone and for a left and right pair, over
