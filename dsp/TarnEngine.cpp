@@ -9,8 +9,8 @@
 #include "editor/IGraphics.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
-#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -21,19 +21,23 @@ constexpr double kNeedleReference = 2.0723265836946;    // +18 dB: -18 dBFS aver
 constexpr double kClamp = 20.0;
 constexpr double kNeedleZeroMark = 0.638;
 
-// Stereo outputs: anything below 2^-54 in magnitude, and infinities and NaNs, become 0.
+// Stereo outputs: anything below 2^-54 in magnitude, and infinities and NaNs, become 0. What
+// stays is a magnitude from 2^-54 to the largest finite double; both comparisons are false for
+// a NaN.
 inline LanePair FlushTinyOrNonFinite(LanePair v) {
-  typedef std::uint64_t Bits __attribute__((vector_size(16)));
-  Bits bits;
-  std::memcpy(&bits, &v, sizeof bits);
-  const Bits exponent = (bits >> 52) & 0x7FF;
-  return ((exponent + 1) & 0x7FF) <= 969 ? LanePair{0.0, 0.0} : v;
+  const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), v);
+  const __m128d kept = _mm_and_pd(_mm_cmpge_pd(magnitude, _mm_set1_pd(0x1p-54)), _mm_cmple_pd(magnitude, _mm_set1_pd(DBL_MAX)));
+  return _mm_and_pd(kept, v);
 }
 
 // Below -20 becomes -20, otherwise min(20, v) (which also turns a NaN into 20).
-template <class T>
-inline T ClampOutput(T v) {
-  return v < -kClamp ? Splat<T>(-kClamp) : v < kClamp ? v : Splat<T>(kClamp);
+inline double ClampOutput(double v) { return v < -kClamp ? -kClamp : v < kClamp ? v : kClamp; }
+
+// The same two steps as the processor's min and max, which return their second operand unless
+// the first compares less (min) or greater (max): min(v, 20) is v < 20 ? v : 20, NaN included,
+// and max of that with -20 differs from it only below -20, where v itself was below -20.
+inline LanePair ClampOutput(LanePair v) {
+  return _mm_max_pd(_mm_min_pd(v, _mm_set1_pd(kClamp)), _mm_set1_pd(-kClamp));
 }
 
 }  // namespace
