@@ -26,7 +26,7 @@ TARN_WIDE inline double Lane(Quad v, int i) {
 }
 // The odd lanes of one frame followed by the even lanes of the next: for each sub-sample, the
 // value of the sub-sample before it.
-TARN_WIDE inline Quad OneSubSampleLater(Quad before, Quad now) { return _mm256_permute2f128_pd(before, now, 0x21); }
+TARN_WIDE inline Quad PreviousSubSample(Quad before, Quad now) { return _mm256_permute2f128_pd(before, now, 0x21); }
 
 // A section member's even (newest-but-one) and odd (newest) values of both channels.
 TARN_WIDE inline Quad Gather(const AllPassStage& l, const AllPassStage& r, double AllPassStage::*even,
@@ -79,8 +79,6 @@ struct Path {
     for (int s = 0; s < kSections; ++s) yBefore[s] = y[s];
   }
 
-  // At a frame boundary, a section's newest sub-sample is odd; the state keeps the newest three
-  // inputs and outputs: the last frame's odd and even values and the odd one of the frame before.
   TARN_WIDE void store(HalfBandFilter& left, HalfBandFilter& right, int first, Quad input, Quad inputBefore) const {
     for (int s = 0; s < kSections; ++s) {
       AllPassStage& l = left.cascade.stages[first + s];
@@ -114,7 +112,7 @@ TARN_WIDE void RunHalfBand(HalfBandFilter& left, HalfBandFilter& right, LanePair
     const Quad a = pathA.step(v, input);
     const Quad b = pathB.step(v, input);
     input = v;
-    StoreFrame(_mm256_mul_pd(_mm256_add_pd(a, OneSubSampleLater(bBefore, b)), half), sub + 2 * f);
+    StoreFrame(_mm256_mul_pd(_mm256_add_pd(a, PreviousSubSample(bBefore, b)), half), sub + 2 * f);
     bBefore = b;
   }
   pathA.store(left, right, 0, input, inputBefore);
@@ -154,7 +152,7 @@ TARN_WIDE void RunCurve(AsymSat& sat, LanePair* sub, int nFrames) {
         _mm256_div_pd(oddIn, _mm256_sqrt_pd(_mm256_add_pd(_mm256_mul_pd(oddIn, oddIn), one))), oddGain);
     const Quad evenPart = _mm256_mul_pd(_mm256_div_pd(evenIn, _mm256_sqrt_pd(_mm256_add_pd(evenSquare, one))), evenGain);
     const Quad y = _mm256_sub_pd(oddPart, _mm256_mul_pd(evenWeight, evenPart));
-    const Quad out = _mm256_mul_pd(_mm256_sub_pd(y, _mm256_mul_pd(postFb, OneSubSampleLater(before, y))), postScale);
+    const Quad out = _mm256_mul_pd(_mm256_sub_pd(y, _mm256_mul_pd(postFb, PreviousSubSample(before, y))), postScale);
     StoreFrame(out, sub + 2 * f);
     before = y;
   }

@@ -16,7 +16,7 @@ struct AsymSat;
 // Whether the processor running us has the instructions this path needs.
 bool WideLanesAvailable();
 
-// What AsymSat's two-lane oversampled section does for a chunk of n frames (at most 16):
+// What AsymSat's two-lane oversampled section does for a chunk of n frames (at most AsymSat::kChunkFrames):
 // working samples in, the kept sub-samples out, the filters' and the curve's state advanced.
 // Call only where WideLanesAvailable() is true.
 void OversampleStereoChunkWide(AsymSat& sat, const LanePair* work, LanePair* kept, int n);
