@@ -234,18 +234,32 @@ public:
         mLowBump(sat.eq[6], sat.eq[7]), mShelf10k(sat.tone[2], sat.tone[3]), mShelf14k(sat.tone[4], sat.tone[5]),
         mDc(Lanes<T>::Load(sat.dcL, sat.dcR)), mDcPrev(Lanes<T>::Load(sat.dcPrevL, sat.dcPrevR)) {}
 
-  T run(T x, double scale, double driftGain) {
-    x = x * scale;
-    x = mDeEmphasis.filter(x);
-    x = mLowPass.process(x);
-    x = mLowBump.filter(x);
-    x = mShelf10k.process(x);
-    x = mShelf14k.process(x);
-    x = x / driftGain;
-    // DC blocker: dc = 0.999·dc + x − previous x.
-    mDc = FlushDenormal(0.999 * mDc + x - mDcPrev);
-    mDcPrev = x;
-    return FlushDenormal(mDc);
+  // The chain in steps that each depend only on their own state and the step before. Run
+  // frame by frame, a frame would pass all six before the next could start, far too long a chain
+  // for the processor to overlap the frames. So the chunk runs skewed: iteration t takes step k
+  // of frame t − k, and the steps of one iteration are independent of one another. Short
+  // chunks, where starting and ending the skew would take most of the iterations, run frame by
+  // frame.
+  void run(T* x, const double* scale, const double* driftGain, int n) {
+    if (n < kSkewedFrames) {
+      for (int f = 0; f < n; ++f) {
+#pragma GCC unroll 6
+        for (int k = 0; k < kSteps; ++k) step(k, x[f], scale[f], driftGain[f]);
+      }
+      return;
+    }
+    constexpr int kLag = kSteps - 1;
+    for (int t = 0; t < n + kLag; ++t) {
+      if (t >= kLag && t < n) {
+#pragma GCC unroll 6
+        for (int k = 0; k < kSteps; ++k) step(k, x[t - k], scale[t - k], driftGain[t - k]);
+      } else {
+#pragma GCC unroll 6
+        for (int k = 0; k < kSteps; ++k) {
+          if (t - k >= 0 && t - k < n) step(k, x[t - k], scale[t - k], driftGain[t - k]);
+        }
+      }
+    }
   }
 
   void store() const {
@@ -259,6 +273,26 @@ public:
   }
 
 private:
+  static constexpr int kSteps = 6;
+  static constexpr int kSkewedFrames = 24;
+
+  void step(int k, T& x, double scale, double driftGain) {
+    switch (k) {
+      case 0: x = mDeEmphasis.filter(x * scale); break;
+      case 1: x = mLowPass.process(x); break;
+      case 2: x = mLowBump.filter(x); break;
+      case 3: x = mShelf10k.process(x); break;
+      case 4: x = mShelf14k.process(x); break;
+      default: {
+        x = x / driftGain;
+        // DC blocker: dc = 0.999·dc + x − previous x.
+        mDc = FlushDenormal(0.999 * mDc + x - mDcPrev);
+        mDcPrev = x;
+        x = FlushDenormal(mDc);
+      }
+    }
+  }
+
   AsymSat& mSat;
   BiquadLanes<T> mDeEmphasis;
   OnePoleLanes<T> mLowPass;
@@ -292,12 +326,13 @@ inline LanePair AsymSat::front<LanePair>(double inL, double inR) {
 }
 
 template <class T>
-inline void AsymSat::finish(const Chunk<T>& c, int i, OutputStages<T>& stages) {
-  const T out = stages.run(c.kept[i], c.scale[i], c.driftGain[i]);
-  Lanes<T>::Store(out, outL, outR);
-  Lanes<T>::Store(out, c.left[i], c.right[i]);
+void AsymSat::finish(Chunk<T>& c) {
+  OutputStages<T> stages(*this);
+  stages.run(c.kept, c.scale, c.driftGain, c.frames);
+  stages.store();
+  for (int i = 0; i < c.frames; ++i) Lanes<T>::Store(c.kept[i], c.left[i], c.right[i]);
+  Lanes<T>::Store(c.kept[c.frames - 1], outL, outR);
 }
-
 template <class T>
 T AsymSat::oversampleFrame() {
   constexpr bool stereo = std::is_same_v<T, LanePair>;
@@ -359,8 +394,6 @@ void AsymSat::runBlock(const double* inL, const double* inR, double* left, doubl
       c.kept[0] = oversampleFrame<T>();
     }
 
-    OutputStages<T> stages(*this);
-    for (int i = 0; i < c.frames; ++i) finish(c, i, stages);
-    stages.store();
+    finish(c);
   }
 }

@@ -107,5 +107,5 @@ private:
 
   // After the oversampled section: output compensation, tone, drift removal and DC blocker.
   template <class T> class OutputStages;
-  template <class T> void finish(const Chunk<T>& chunk, int i, OutputStages<T>& stages);
+  template <class T> void finish(Chunk<T>& chunk);
 };
