@@ -196,10 +196,11 @@ void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
     const double* inR = inputs[1] + start;
     double* outL = outputs[0] + start;
     double* outR = outputs[1] + start;
-    LanePair dry[kChunkFrames];
+    LanePair dry[kChunkFrames], noise[kChunkFrames], out[kChunkFrames];
     double wetL[kChunkFrames], wetR[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
 
     for (int n = 0; n < len; ++n) {
+      noise[n] = LanePair{NextNoise(run.noiseSeedL), NextNoise(run.noiseSeedR)};
       const double g = AdvanceFrame(run);
       mix[n] = run.mix;
       fade[n] = run.fadeIn;
@@ -218,14 +219,17 @@ void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
 
     for (int n = 0; n < len; ++n) {
       const LanePair mixed = MixWetDry(LanePair{wetL[n], wetR[n]}, dry[n], mix[n]);
-      const LanePair noise = {NextNoise(run.noiseSeedL), NextNoise(run.noiseSeedR)};
-      const LanePair out = FlushTinyOrNonFinite(AddNoise(mixed, noise, noiseFilters, fade[n]));
-      outL[n] = out[0];
-      outR[n] = out[1];
-      lastSource = FeedMeter(run, 0.5 * (dry[n][0] + dry[n][1]), 0.5 * (out[0] + out[1]));
-      lastOut = out;
+      out[n] = FlushTinyOrNonFinite(AddNoise(mixed, noise[n], noiseFilters, fade[n]));
+      outL[n] = out[n][0];
+      outR[n] = out[n][1];
+    }
+    // The meter in a loop of its own: its ballistics are a chain of their own that would only
+    // lengthen each frame's path through the output stage.
+    for (int n = 0; n < len; ++n) {
+      lastSource = FeedMeter(run, 0.5 * (dry[n][0] + dry[n][1]), 0.5 * (out[n][0] + out[n][1]));
     }
     lastDry = dry[len - 1];
+    lastOut = out[len - 1];
   }
   StoreRunning(run);
   mInL = lastDry[0];
