@@ -4,6 +4,8 @@
 #include "dsp/OnePoleStage.h"
 #include "dsp/RBJ.h"
 
+#include <type_traits>
+
 // A biquad of one channel, or the left and right biquads in step, with coefficients and
 // memories copied into locals while a chunk of frames runs (no reloads through the object, and
 // the two channels' chains in one instruction stream). store() writes the memories back.
@@ -36,9 +38,15 @@ struct OnePoleLanes {
       : b(Lanes<T>::Load(l.b, r.b)), a(Lanes<T>::Load(l.a, r.a)), g(Lanes<T>::Load(l.g, r.g)),
         z(Lanes<T>::Load(l.z, r.z)), out(Lanes<T>::Load(l.out, r.out)),
         lowPass(Is(l, r, OnePoleStage::kLowPass)), highPass(Is(l, r, OnePoleStage::kHighPass)),
-        lowBoost(Is(l, r, OnePoleStage::kLowBoost)), highBoost(Is(l, r, OnePoleStage::kHighBoost)) {}
+        lowBoost(Is(l, r, OnePoleStage::kLowBoost)), highBoost(Is(l, r, OnePoleStage::kHighBoost)), mode(l.mode),
+        sharedMode(std::is_same_v<T, double> || l.mode == r.mode) {}
 
-  T process(T x) { return OnePoleStage::Step(x, b, a, g, z, out, lowPass, highPass, lowBoost, highBoost); }
+  // A left and right stage normally share their mode; then a branch that always goes the same
+  // way replaces the selection between all four combinations in every lane.
+  T process(T x) {
+    if (sharedMode) return OnePoleStage::StepInMode(x, b, a, g, z, out, mode);
+    return OnePoleStage::Step(x, b, a, g, z, out, lowPass, highPass, lowBoost, highBoost);
+  }
 
   void store(OnePoleStage& l, OnePoleStage& r) const {
     Lanes<T>::Store(z, l.z, r.z);
@@ -52,4 +60,6 @@ struct OnePoleLanes {
   T b, a, g;
   T z, out;
   Mask lowPass, highPass, lowBoost, highBoost;
+  int mode;
+  bool sharedMode;
 };

@@ -22,6 +22,21 @@ struct OnePoleStage {
     return out;
   }
 
+  // The same where every lane's stage has one mode: only that combination is computed.
+  template <class T>
+  static T StepInMode(T x, T b, T a, T g, T& z, T& out, int mode) {
+    z = 2.0 * b * x + a * z;
+    switch (mode) {
+      case kLowPass: out = z; break;
+      case kHighPass: out = x - z; break;
+      case kLowBoost: out = x + g * z; break;
+      case kHighBoost: out = x + g * (x - z); break;
+      default: break;
+    }
+    out = FlushDenormal(out);
+    return out;
+  }
+
   int mode = 0;
   double b = 0.0, a = 0.0, g = 0.0;
   double z = 0.0;

@@ -1,5 +1,8 @@
 #include "dsp/OnePoleStage.h"
 
+#include "dsp/FilterLanes.h"
+#include "dsp/LanePair.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -54,4 +57,29 @@ TEST(OnePoleStage, SubnormalOutputIsFlushed) {
   s.mode = 1;  // high-pass: out = x - z, with b = a = 0 simply x
   EXPECT_EQ(s.process(std::numeric_limits<double>::denorm_min()), 0.0);
   EXPECT_FALSE(std::signbit(s.process(-0.0)));
+}
+
+// A left and right stage run in step as lanes, with the same mode or with different ones (an
+// unknown mode included): each lane must give exactly what its own stage gives alone.
+TEST(OnePoleStage, LanesFollowEachStageInAnyPairOfModes) {
+  const int modes[] = {OnePoleStage::kLowPass, OnePoleStage::kHighPass, OnePoleStage::kLowBoost,
+                       OnePoleStage::kHighBoost, 7};
+  for (int leftMode : modes) {
+    for (int rightMode : modes) {
+      OnePoleStage left = Stage(leftMode, 48000.0, 9000.0, 0.7), right = Stage(rightMode, 44100.0, 300.0, -0.4);
+      left.out = 0.25;  // what an unknown mode keeps
+      OnePoleLanes<LanePair> lanes(left, right);
+      for (int n = 0; n < 200; ++n) {
+        const double x = std::sin(0.37 * n) + (n % 17 == 0 ? 1e-310 : 0.0);
+        const double y = n < 100 ? std::cos(0.05 * n) : 0.0;
+        const LanePair out = lanes.process(LanePair{x, y});
+        ASSERT_EQ(out[0], left.process(x)) << leftMode << "/" << rightMode << " frame " << n;
+        ASSERT_EQ(out[1], right.process(y)) << leftMode << "/" << rightMode << " frame " << n;
+      }
+      OnePoleStage storedLeft = left, storedRight = right;
+      lanes.store(storedLeft, storedRight);
+      EXPECT_EQ(storedLeft.z, left.z);
+      EXPECT_EQ(storedRight.out, right.out);
+    }
+  }
 }
