@@ -64,7 +64,8 @@ private:
   // Fade and bypass ramp for one frame; returns the input gain for it.
   double AdvanceFrame(Running& r) const;
   template <class T> T MixWetDry(T wet, T dry, double mix) const;
-  template <class T> T AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade) const;
+  template <class T> T NoiseFloor(T noise, BiquadLanes<T>& noiseFilter) const;
+  template <class T> T AddNoise(T mixed, T floor, double fade) const;
   // Meter ballistics and RMS sums for one frame; returns the meter's source value.
   double FeedMeter(Running& r, double in, double out) const;
   void UpdateRmsDifference();

@@ -146,10 +146,16 @@ inline T Tarn::MixWetDry(T wet, T dry, double mix) const {
   return ClampOutput(wet * mOutGain * mix + (1.0 - mix) * dry);
 }
 
-// The mixed output plus the channel's noise floor (noise through its shelf), faded.
+// The channel's noise floor for a frame: its noise through its shelf.
 template <class T>
-inline T Tarn::AddNoise(T mixed, T noise, BiquadLanes<T>& noiseFilter, double fade) const {
-  return (mixed + noiseFilter.filter(noise * mNoiseLevel)) * fade;
+inline T Tarn::NoiseFloor(T noise, BiquadLanes<T>& noiseFilter) const {
+  return noiseFilter.filter(noise * mNoiseLevel);
+}
+
+// The mixed output plus the noise floor, faded.
+template <class T>
+inline T Tarn::AddNoise(T mixed, T floor, double fade) const {
+  return (mixed + floor) * fade;
 }
 
 inline double Tarn::FeedMeter(Running& r, double in, double out) const {
@@ -174,8 +180,9 @@ void Tarn::UpdateRmsDifference() {
 }
 
 // The saturator runs a chunk of frames at a time (AsymSat::process_StereoBlock), so the engine
-// is staged alike: the input stage (fade, bypass ramp, trim, crosstalk) for every frame of the
-// chunk, the saturator, then the output stage (mix, clamp, noise, fade, meter). Each frame's
+// is staged alike: the input stage (fade, bypass ramp, trim, crosstalk, and the noise floor,
+// which depends on nothing else) for every frame of the chunk, the saturator, then the output
+// stage (mix, clamp, noise, fade), then the meter. Each frame's
 // values are the same as if the frames ran one by one. Left and right run in step as lane pairs,
 // with the filters' state and the running values in locals for the whole block; the values only
 // the last frame leaves behind (levels, meter source, needle) are written once, after it.
@@ -200,7 +207,7 @@ void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
     double wetL[kChunkFrames], wetR[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
 
     for (int n = 0; n < len; ++n) {
-      noise[n] = LanePair{NextNoise(run.noiseSeedL), NextNoise(run.noiseSeedR)};
+      noise[n] = NoiseFloor(LanePair{NextNoise(run.noiseSeedL), NextNoise(run.noiseSeedR)}, noiseFilters);
       const double g = AdvanceFrame(run);
       mix[n] = run.mix;
       fade[n] = run.fadeIn;
@@ -219,7 +226,7 @@ void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
 
     for (int n = 0; n < len; ++n) {
       const LanePair mixed = MixWetDry(LanePair{wetL[n], wetR[n]}, dry[n], mix[n]);
-      out[n] = FlushTinyOrNonFinite(AddNoise(mixed, noise[n], noiseFilters, fade[n]));
+      out[n] = FlushTinyOrNonFinite(AddNoise(mixed, noise[n], fade[n]));
       outL[n] = out[n][0];
       outR[n] = out[n][1];
     }
@@ -253,9 +260,10 @@ void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
     const int len = std::min(kChunkFrames, nFrames - start);
     const double* inL = inputs[0] + start;
     double* outL = outputs[0] + start;
-    double dry[kChunkFrames], wet[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
+    double dry[kChunkFrames], wet[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames], noise[kChunkFrames];
 
     for (int n = 0; n < len; ++n) {
+      noise[n] = NoiseFloor(NextNoise(run.noiseSeedL), noiseFilter);
       const double g = AdvanceFrame(run);
       mix[n] = run.mix;
       fade[n] = run.fadeIn;
@@ -266,7 +274,7 @@ void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
 
     for (int n = 0; n < len; ++n) {
       const double mixed = MixWetDry(wet[n], dry[n], mix[n]);
-      const double out = AddNoise(mixed, NextNoise(run.noiseSeedL), noiseFilter, fade[n]);
+      const double out = AddNoise(mixed, noise[n], fade[n]);
       mOutL = outL[n] = FlushDenormal(out);  // infinities and NaNs pass in mono
       lastSource = FeedMeter(run, dry[n], mOutL);
     }
