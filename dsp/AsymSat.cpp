@@ -333,6 +333,7 @@ void AsymSat::finish(Chunk<T>& c) {
   for (int i = 0; i < c.frames; ++i) Lanes<T>::Store(c.kept[i], c.left[i], c.right[i]);
   Lanes<T>::Store(c.kept[c.frames - 1], outL, outR);
 }
+
 template <class T>
 T AsymSat::oversampleFrame() {
   constexpr bool stereo = std::is_same_v<T, LanePair>;
@@ -372,9 +373,11 @@ void AsymSat::process_MonoBlock(const double* in, double* out, int n) { runBlock
 // curve carry just a few samples of state. So a block runs in chunks, each stage over all frames
 // of a chunk before the next stage starts: the detector loop, then the oversampled section (both
 // channels in step), then the output stages. The detector loop is bound by the latency of its
-// own feedback; any other work placed in it only crowds the processor's window of instructions
-// in flight and makes it slower, so it stays as lean as it can be. Each value is still computed
-// by the same operations in the same order, so the output is the same to the bit.
+// own feedback. The few independent steps before the detector (gain, noise, pre-emphasis,
+// drift) fill its waits, but the output stages, once run in the same loop, only crowded the
+// processor's window of instructions in flight and slowed it down, so they have a loop of their
+// own. Each value is still computed by the same operations in the same order, so the output is
+// the same to the bit.
 template <class T>
 void AsymSat::runBlock(const double* inL, const double* inR, double* left, double* right, int n) {
   Chunk<T> c;

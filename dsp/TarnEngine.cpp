@@ -26,7 +26,9 @@ constexpr double kNeedleZeroMark = 0.638;
 // a NaN.
 inline LanePair FlushTinyOrNonFinite(LanePair v) {
   const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), v);
-  const __m128d kept = _mm_and_pd(_mm_cmpge_pd(magnitude, _mm_set1_pd(0x1p-54)), _mm_cmple_pd(magnitude, _mm_set1_pd(DBL_MAX)));
+  const __m128d notTiny = _mm_cmpge_pd(magnitude, _mm_set1_pd(0x1p-54));
+  const __m128d finite = _mm_cmple_pd(magnitude, _mm_set1_pd(DBL_MAX));
+  const __m128d kept = _mm_and_pd(notTiny, finite);
   return _mm_and_pd(kept, v);
 }
 

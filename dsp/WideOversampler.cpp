@@ -59,7 +59,9 @@ struct Path {
                       const double (&coefficients)[kSections]) {
     for (int s = 0; s < kSections; ++s) {
       a[s] = Broadcast(coefficients[s]);
-      y[s] = Gather(left.cascade.stages[first + s], right.cascade.stages[first + s], &AllPassStage::y1, &AllPassStage::y0);
+      const AllPassStage& l = left.cascade.stages[first + s];
+      const AllPassStage& r = right.cascade.stages[first + s];
+      y[s] = Gather(l, r, &AllPassStage::y1, &AllPassStage::y0);
     }
   }
 
@@ -148,9 +150,10 @@ TARN_WIDE void RunCurve(AsymSat& sat, LanePair* sub, int nFrames) {
     const Quad evenIn = _mm256_blendv_pd(u, square, positive);
     const Quad evenSquare = _mm256_blendv_pd(_mm256_mul_pd(u, u), _mm256_mul_pd(_mm256_mul_pd(square, s), s), positive);
     const Quad evenGain = _mm256_blendv_pd(negKneeInv, one, positive);
-    const Quad oddPart = _mm256_mul_pd(
-        _mm256_div_pd(oddIn, _mm256_sqrt_pd(_mm256_add_pd(_mm256_mul_pd(oddIn, oddIn), one))), oddGain);
-    const Quad evenPart = _mm256_mul_pd(_mm256_div_pd(evenIn, _mm256_sqrt_pd(_mm256_add_pd(evenSquare, one))), evenGain);
+    const Quad oddRoot = _mm256_sqrt_pd(_mm256_add_pd(_mm256_mul_pd(oddIn, oddIn), one));
+    const Quad evenRoot = _mm256_sqrt_pd(_mm256_add_pd(evenSquare, one));
+    const Quad oddPart = _mm256_mul_pd(_mm256_div_pd(oddIn, oddRoot), oddGain);
+    const Quad evenPart = _mm256_mul_pd(_mm256_div_pd(evenIn, evenRoot), evenGain);
     const Quad y = _mm256_sub_pd(oddPart, _mm256_mul_pd(evenWeight, evenPart));
     const Quad out = _mm256_mul_pd(_mm256_sub_pd(y, _mm256_mul_pd(postFb, PreviousSubSample(before, y))), postScale);
     StoreFrame(out, sub + 2 * f);
