@@ -276,7 +276,9 @@ private:
   static constexpr int kSteps = 6;
   static constexpr int kSkewedFrames = 24;
 
-  void step(int k, T& x, double scale, double driftGain) {
+  // Inlined by force: called out of line, the switch on k runs on every call and the skewed
+  // iterations lose the very overlap they are for.
+  __attribute__((always_inline)) void step(int k, T& x, double scale, double driftGain) {
     switch (k) {
       case 0: x = mDeEmphasis.filter(x * scale); break;
       case 1: x = mLowPass.process(x); break;
