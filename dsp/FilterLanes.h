@@ -32,20 +32,19 @@ struct BiquadLanes {
 // The same for one-pole tone stages; each lane keeps its own stage's mode.
 template <class T>
 struct OnePoleLanes {
-  using Mask = decltype(Lanes<T>::Mask(true, true));
-
   OnePoleLanes(const OnePoleStage& l, const OnePoleStage& r)
       : b(Lanes<T>::Load(l.b, r.b)), a(Lanes<T>::Load(l.a, r.a)), g(Lanes<T>::Load(l.g, r.g)),
-        z(Lanes<T>::Load(l.z, r.z)), out(Lanes<T>::Load(l.out, r.out)),
-        lowPass(Is(l, r, OnePoleStage::kLowPass)), highPass(Is(l, r, OnePoleStage::kHighPass)),
-        lowBoost(Is(l, r, OnePoleStage::kLowBoost)), highBoost(Is(l, r, OnePoleStage::kHighBoost)), mode(l.mode),
-        sharedMode(std::is_same_v<T, double> || l.mode == r.mode) {}
+        z(Lanes<T>::Load(l.z, r.z)), out(Lanes<T>::Load(l.out, r.out)), leftMode(l.mode),
+        rightMode(std::is_same_v<T, double> ? l.mode : r.mode) {}
 
-  // A left and right stage normally share their mode; then a branch that always goes the same
-  // way replaces the selection between all four combinations in every lane.
+  // A left and right stage normally share their mode. Stages of different modes (nothing in
+  // the effect pairs them so) take each lane from its own mode's combination.
   T process(T x) {
-    if (sharedMode) return OnePoleStage::StepInMode(x, b, a, g, z, out, mode);
-    return OnePoleStage::Step(x, b, a, g, z, out, lowPass, highPass, lowBoost, highBoost);
+    if (leftMode == rightMode) return OnePoleStage::Step(x, b, a, g, z, out, leftMode);
+    z = OnePoleStage::Integrate(x, b, a, z);
+    out = FlushDenormal(Lanes<T>::Merge(OnePoleStage::Combine(x, z, g, out, leftMode),
+                                        OnePoleStage::Combine(x, z, g, out, rightMode)));
+    return out;
   }
 
   void store(OnePoleStage& l, OnePoleStage& r) const {
@@ -53,13 +52,7 @@ struct OnePoleLanes {
     Lanes<T>::Store(out, l.out, r.out);
   }
 
-  static Mask Is(const OnePoleStage& l, const OnePoleStage& r, int mode) {
-    return Lanes<T>::Mask(l.mode == mode, r.mode == mode);
-  }
-
   T b, a, g;
   T z, out;
-  Mask lowPass, highPass, lowBoost, highBoost;
-  int mode;
-  bool sharedMode;
+  int leftMode, rightMode;
 };

@@ -4,7 +4,6 @@
 
 #include <cfloat>
 #include <cmath>
-#include <cstdint>
 #include <emmintrin.h>
 
 // The left and right channel side by side in one register: lane 0 left, lane 1 right. Every
@@ -13,8 +12,6 @@
 // the value a scalar computation would give. The two channels' independent chains then run in
 // one instruction stream instead of two.
 typedef double LanePair __attribute__((vector_size(16)));
-// Per-lane truth values (all bits set or clear), as comparisons of LanePairs give them.
-typedef std::int64_t LaneMask __attribute__((vector_size(16)));
 
 // Stage code is written once for a scalar (one channel) and for a LanePair (two channels).
 template <class T> inline T Splat(double v);
@@ -39,7 +36,7 @@ template <class T> struct Lanes;
 template <> struct Lanes<double> {
   static double Load(const double& left, const double&) { return left; }
   static void Store(double v, double& left, double&) { left = v; }
-  static bool Mask(bool left, bool) { return left; }
+  static double Merge(double left, double) { return left; }
 };
 template <> struct Lanes<LanePair> {
   static LanePair Load(const double& left, const double& right) { return LanePair{left, right}; }
@@ -47,5 +44,6 @@ template <> struct Lanes<LanePair> {
     left = v[0];
     right = v[1];
   }
-  static LaneMask Mask(bool left, bool right) { return LaneMask{left ? -1 : 0, right ? -1 : 0}; }
+  // The left lane of one value with the right lane of another.
+  static LanePair Merge(LanePair left, LanePair right) { return LanePair{left[0], right[1]}; }
 };

@@ -7,34 +7,33 @@
 struct OnePoleStage {
   enum Mode { kLowPass = 0, kHighPass = 1, kLowBoost = 4, kHighBoost = 5 };
 
-  // Any mode other than the four above keeps the previous output.
-  double process(double x) {
-    return Step(x, b, a, g, z, out, mode == kLowPass, mode == kHighPass, mode == kLowBoost, mode == kHighBoost);
-  }
+  double process(double x) { return Step(x, b, a, g, z, out, mode); }
 
-  // The step for one or two channels (T double or LanePair); M is bool or LaneMask, one per
-  // mode, telling which combination each lane's stage uses.
-  template <class T, class M>
-  static T Step(T x, T b, T a, T g, T& z, T& out, M lowPass, M highPass, M lowBoost, M highBoost) {
-    z = 2.0 * b * x + a * z;
-    out = lowPass ? z : highPass ? x - z : lowBoost ? x + g * z : highBoost ? x + g * (x - z) : out;
-    out = FlushDenormal(out);
-    return out;
-  }
-
-  // The same where every lane's stage has one mode: only that combination is computed.
+  // The step for one channel, or two in step (T double or LanePair) when both stages share
+  // the mode.
   template <class T>
-  static T StepInMode(T x, T b, T a, T g, T& z, T& out, int mode) {
-    z = 2.0 * b * x + a * z;
-    switch (mode) {
-      case kLowPass: out = z; break;
-      case kHighPass: out = x - z; break;
-      case kLowBoost: out = x + g * z; break;
-      case kHighBoost: out = x + g * (x - z); break;
-      default: break;
-    }
-    out = FlushDenormal(out);
+  static T Step(T x, T b, T a, T g, T& z, T& out, int mode) {
+    z = Integrate(x, b, a, z);
+    out = FlushDenormal(Combine(x, z, g, out, mode));
     return out;
+  }
+
+  template <class T>
+  static T Integrate(T x, T b, T a, T z) {
+    return 2.0 * b * x + a * z;
+  }
+
+  // The output for the mode from the input and the integrator. Any mode other than the four
+  // above keeps the previous output.
+  template <class T>
+  static T Combine(T x, T z, T g, T out, int mode) {
+    switch (mode) {
+      case kLowPass: return z;
+      case kHighPass: return x - z;
+      case kLowBoost: return x + g * z;
+      case kHighBoost: return x + g * (x - z);
+      default: return out;
+    }
   }
 
   int mode = 0;
