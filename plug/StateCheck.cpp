@@ -21,3 +21,12 @@ std::string StateProblem(const IPlugBase& plug, const void* bytes, std::size_t s
   }
   return std::string();
 }
+
+std::string RestoreWholeState(IPlugBase& plug, const void* bytes, std::size_t size) {
+  std::string problem = StateProblem(plug, bytes, size);
+  if (!problem.empty()) return problem;
+  ByteChunk chunk;
+  chunk.PutBytes(bytes, static_cast<int>(size));
+  plug.UnserializeState(&chunk, 0);
+  return problem;
+}

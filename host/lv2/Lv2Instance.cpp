@@ -1,9 +1,5 @@
 #include "Lv2Instance.h"
 
-#include "dsp/Tarn.h"
-#include "plug/ByteChunk.h"
-#include "plug/IParam.h"
-
 #include <lv2/atom/atom.h>
 #include <lv2/buf-size/buf-size.h>
 #include <lv2/options/options.h>
@@ -12,21 +8,15 @@
 #include <cmath>
 #include <cstring>
 
+#include "Lv2Features.h"
+#include "dsp/Tarn.h"
+#include "plug/ByteChunk.h"
+#include "plug/IParam.h"
+#include "plug/StateCheck.h"
+
 namespace tarnlv2 {
 
 namespace {
-
-const LV2_Feature* FindFeature(const LV2_Feature* const* features, const char* uri) {
-  for (const LV2_Feature* const* f = features; f && *f; ++f) {
-    if (std::strcmp((*f)->URI, uri) == 0) return *f;
-  }
-  return nullptr;
-}
-
-const void* FeatureData(const LV2_Feature* const* features, const char* uri) {
-  const LV2_Feature* feature = FindFeature(features, uri);
-  return feature ? feature->data : nullptr;
-}
 
 // The host's bound on run lengths, or 0 when it gives none.
 int HostMaxBlock(const LV2_Options_Option* options, const LV2_URID_Map* map) {
@@ -43,26 +33,41 @@ int HostMaxBlock(const LV2_Options_Option* options, const LV2_URID_Map* map) {
 
 }  // namespace
 
-// The instance starts from its default preset, restored as a host reopening a session would:
-// that runs OnParamChange for every parameter, so the cached gains agree with the table before
-// the first block (exactly what the offline renderer does).
 Lv2Instance::Lv2Instance(const PluginVariant& variant, double sampleRate,
                          const LV2_Feature* const* features)
-    : mPlug(MakePlug()),
-      mTarn(static_cast<Tarn*>(mPlug.get())),
-      mLayout(mPlug->NParams(), variant.nChannels),
-      mParamPorts(mPlug->NParams(), nullptr),
-      mLastSeen(mPlug->NParams(), 0.0),
+    : mLog(features),
+      mSampleRate(sampleRate),
+      mLayout(kNumParams, variant.nChannels),
+      mParamPorts(kNumParams, nullptr),
+      mLastSeen(kNumParams, 0.0),
       mInPorts(variant.nChannels, nullptr),
       mOutPorts(variant.nChannels, nullptr),
       mInStretch(variant.nChannels, nullptr),
       mOutStretch(variant.nChannels, nullptr) {
   ReadFeatures(features);
-  if (const PresetSlot* defaults = mPlug->GetPreset(0)) mPlug->UnserializeState(&defaults->mChunk, 0);
-  mPlug->SetSampleRate(sampleRate);
-  mPlug->Reset();
-  mPlug->SetIO(variant.nChannels, variant.nChannels);
-  mPlug->SetBlockSize(mMaxBlock);
+  mFiniteIn.assign(variant.nChannels, std::vector<float>(mMaxBlock));
+  UsePlug(MakeReadyPlug(nullptr));
+}
+
+// A new effect starts from the state given or its default preset, restored as a host reopening
+// a session would: that runs OnParamChange for every parameter, so the cached gains agree with
+// the table before the first block (exactly what the offline renderer does).
+std::unique_ptr<IPlugAdaptor> Lv2Instance::MakeReadyPlug(const ByteChunk* state) const {
+  std::unique_ptr<IPlugAdaptor> plug(MakePlug());
+  const PresetSlot* defaults = plug->GetPreset(0);
+  if (!state && defaults) state = &defaults->mChunk;
+  if (state) plug->UnserializeState(state, 0);
+  plug->SetSampleRate(mSampleRate);
+  plug->Reset();
+  plug->SetIO(mLayout.NChannels(), mLayout.NChannels());
+  plug->SetBlockSize(mMaxBlock);
+  return plug;
+}
+
+// MakePlug always makes a Tarn; it hands it over as the adaptor it derives from.
+void Lv2Instance::UsePlug(std::unique_ptr<IPlugAdaptor> plug) {
+  mPlug = std::move(plug);
+  mTarn = static_cast<Tarn*>(mPlug.get());
 }
 
 Lv2Instance::~Lv2Instance() = default;
@@ -73,7 +78,8 @@ void Lv2Instance::ReadFeatures(const LV2_Feature* const* features) {
   mStateKey = map->map(map->handle, kStateKeyUri);
   mChunkType = map->map(map->handle, LV2_ATOM__Chunk);
 
-  const auto* options = static_cast<const LV2_Options_Option*>(FeatureData(features, LV2_OPTIONS__options));
+  const auto* options =
+      static_cast<const LV2_Options_Option*>(FeatureData(features, LV2_OPTIONS__options));
   if (!options || !FindFeature(features, LV2_BUF_SIZE__boundedBlockLength)) return;
   const int hostMax = HostMaxBlock(options, map);
   if (hostMax > 0) mMaxBlock = std::min(hostMax, kLargestMaxBlock);
@@ -96,7 +102,14 @@ void Lv2Instance::ConnectPort(uint32_t port, void* data) {
   }
 }
 
-void Lv2Instance::Activate() { mPlug->Reset(); }
+// LV2 wants all history gone at activation. The effect's Reset restarts its fade but keeps
+// its filters' memory and its drift's random sequence, so a fresh effect with the same
+// parameter values takes over instead.
+void Lv2Instance::Activate() {
+  ByteChunk state;
+  mPlug->SerializeState(&state);
+  UsePlug(MakeReadyPlug(&state));
+}
 
 // A control reaches the effect only when it moved since the last run, so a state restored
 // between runs is not undone by ports the host left alone. The first run compares with the
@@ -121,7 +134,8 @@ void Lv2Instance::Run(uint32_t nFrames) {
   // lv2:enabled: zero or below is the host's bypass.
   const bool bypassed = mEnabledPort && *mEnabledPort <= 0.0f;
   for (uint32_t done = 0; done < nFrames;) {
-    const int stretch = static_cast<int>(std::min<uint32_t>(nFrames - done, static_cast<uint32_t>(mMaxBlock)));
+    const int stretch =
+        static_cast<int>(std::min<uint32_t>(nFrames - done, static_cast<uint32_t>(mMaxBlock)));
     ProcessStretch(done, stretch, bypassed);
     done += static_cast<uint32_t>(stretch);
   }
@@ -132,7 +146,7 @@ void Lv2Instance::Run(uint32_t nFrames) {
 // written, so a host that hands the same buffer for input and output (in place) is served.
 void Lv2Instance::ProcessStretch(uint32_t offset, int nFrames, bool bypassed) {
   for (int c = 0; c < mLayout.NChannels(); ++c) {
-    mInStretch[c] = mInPorts[c] ? mInPorts[c] + offset : nullptr;
+    mInStretch[c] = mInPorts[c] ? FiniteInput(c, mInPorts[c] + offset, nFrames) : nullptr;
     mOutStretch[c] = mOutPorts[c] ? mOutPorts[c] + offset : nullptr;
   }
   if (bypassed) {
@@ -140,6 +154,18 @@ void Lv2Instance::ProcessStretch(uint32_t offset, int nFrames, bool bypassed) {
   } else {
     mPlug->ProcessAudio(mInStretch.data(), mOutStretch.data(), nFrames);
   }
+}
+
+// Hosts do deliver NaN and infinite samples (a faulty plug-in earlier in the chain), and one
+// of them would hold the saturator's level detector at the clamp for good. They go in as
+// silence; a stretch of finite samples, the usual case, goes in as it is.
+float* Lv2Instance::FiniteInput(int channel, float* samples, int nFrames) {
+  float* end = samples + nFrames;
+  const float* firstBad = std::find_if(samples, end, [](float x) { return !std::isfinite(x); });
+  if (firstBad == end) return samples;
+  float* finite = mFiniteIn[channel].data();
+  std::transform(samples, end, finite, [](float x) { return std::isfinite(x) ? x : 0.0f; });
+  return finite;
 }
 
 void Lv2Instance::WriteOutputControls() {
@@ -155,9 +181,8 @@ LV2_State_Status Lv2Instance::SaveState(LV2_State_Store_Function store, LV2_Stat
                LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
 }
 
-// A short chunk is applied as far as it goes, as the effect's own state restore does; bytes
-// beyond the parameters are not read.
-LV2_State_Status Lv2Instance::RestoreState(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle) {
+LV2_State_Status Lv2Instance::RestoreState(LV2_State_Retrieve_Function retrieve,
+                                           LV2_State_Handle handle) {
   if (!mStateKey) return LV2_STATE_ERR_NO_FEATURE;
   size_t size = 0;
   uint32_t type = 0;
@@ -165,11 +190,10 @@ LV2_State_Status Lv2Instance::RestoreState(LV2_State_Retrieve_Function retrieve,
   const void* data = retrieve(handle, mStateKey, &size, &type, &flags);
   if (!data) return LV2_STATE_ERR_NO_PROPERTY;
   if (type != mChunkType) return LV2_STATE_ERR_BAD_TYPE;
-  const size_t stateBytes = sizeof(double) * static_cast<size_t>(mPlug->NParams());
-  ByteChunk chunk;
-  chunk.PutBytes(data, static_cast<int>(std::min(size, stateBytes)));
-  mPlug->UnserializeState(&chunk, 0);
-  return LV2_STATE_SUCCESS;
+  const std::string problem = RestoreWholeState(*mPlug, data, size);
+  if (problem.empty()) return LV2_STATE_SUCCESS;
+  mLog.Warning("Tarn: the saved state %s; the settings stay as they were\n", problem.c_str());
+  return LV2_STATE_ERR_UNKNOWN;
 }
 
 }  // namespace tarnlv2

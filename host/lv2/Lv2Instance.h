@@ -1,9 +1,5 @@
 #pragma once
 
-#include "PortLayout.h"
-
-#include "plug/IPlugAdaptor.h"
-
 #include <lv2/core/lv2.h>
 #include <lv2/state/state.h>
 #include <lv2/urid/urid.h>
@@ -11,6 +7,11 @@
 #include <memory>
 #include <vector>
 
+#include "Lv2Log.h"
+#include "PortLayout.h"
+#include "plug/IPlugAdaptor.h"
+
+class ByteChunk;
 class Tarn;
 
 namespace tarnlv2 {
@@ -18,9 +19,10 @@ namespace tarnlv2 {
 // One Tarn instance as an LV2 host sees it. The host owns the port buffers; control input
 // ports reach the effect as host automation does (IPlugAdaptor::SetParameter), the designated
 // "enabled" port switches to the plug-in's own pass-through path, and the state is the
-// effect's 64-byte parameter chunk.
+// effect's 64-byte parameter chunk. The host's sample rate must be a supported one (see
+// dsp/SampleRateRange.h); the entry point refuses others before an instance is made.
 class Lv2Instance {
-public:
+ public:
   // Largest run handed to the effect at once when the host promises no bound of its own.
   static constexpr int kDefaultMaxBlock = 8192;
   // A host's bound above this is not worth the scratch memory: runs are split anyway.
@@ -36,25 +38,34 @@ public:
   int MaxBlock() const { return mMaxBlock; }
 
   void ConnectPort(uint32_t port, void* data);
-  // The host (re)starts processing.
+  // The host (re)starts processing: from here on the instance sounds exactly like a fresh one
+  // with the same settings. May allocate.
   void Activate();
   // Any number of frames, in stretches of at most MaxBlock(); allocates nothing.
   void Run(uint32_t nFrames);
 
   LV2_State_Status SaveState(LV2_State_Store_Function store, LV2_State_Handle handle);
+  // Only a whole state is restored; anything else is refused and changes nothing.
   LV2_State_Status RestoreState(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle);
 
-private:
+ private:
   void ReadFeatures(const LV2_Feature* const* features);
+  // A new effect holding `state` (its defaults when null), prepared for this instance's rate,
+  // channels and longest stretch.
+  std::unique_ptr<IPlugAdaptor> MakeReadyPlug(const ByteChunk* state) const;
+  void UsePlug(std::unique_ptr<IPlugAdaptor> plug);
+  float* FiniteInput(int channel, float* samples, int nFrames);
   void ApplyControlChanges();
   void ProcessStretch(uint32_t offset, int nFrames, bool bypassed);
   void WriteOutputControls();
 
+  Lv2Log mLog;
+  double mSampleRate;
   std::unique_ptr<IPlugAdaptor> mPlug;
-  Tarn* mTarn;  // the same object, seen as the effect
+  Tarn* mTarn = nullptr;  // the same object, seen as the effect
   PortLayout mLayout;
   int mMaxBlock = kDefaultMaxBlock;
-  LV2_URID mStateKey = 0;   // 0: the host maps no URIDs, so there is no state to keep
+  LV2_URID mStateKey = 0;  // 0: the host maps no URIDs, so there is no state to keep
   LV2_URID mChunkType = 0;
 
   std::vector<const float*> mParamPorts;
@@ -65,6 +76,7 @@ private:
   float* mNeedlePort = nullptr;
   std::vector<float*> mInPorts, mOutPorts;
   std::vector<float*> mInStretch, mOutStretch;  // the ports offset to the stretch being run
+  std::vector<std::vector<float>> mFiniteIn;    // per channel: an input stretch made finite
 };
 
 }  // namespace tarnlv2
