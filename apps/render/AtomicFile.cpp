@@ -1,14 +1,15 @@
 #include "AtomicFile.h"
 
-#include "Quoted.h"
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
+
+#include "Quoted.h"
 
 namespace render {
 
@@ -82,7 +83,8 @@ bool AtomicFile::Commit(std::string* error) {
   const int closeErrno = errno;
   mFd = -1;
   if (!synced || !closed) {
-    *error = "cannot write " + Quoted(mTargetPath) + ": " + std::strerror(synced ? closeErrno : syncErrno);
+    *error = "cannot write " + Quoted(mTargetPath) + ": " +
+             std::strerror(synced ? closeErrno : syncErrno);
     return false;
   }
   if (std::rename(mTempPath.c_str(), mTargetPath.c_str()) != 0) {

@@ -11,7 +11,7 @@ namespace render {
 // and renamed over the target by Commit. Destroying it uncommitted removes the temporary file,
 // so a failed render leaves nothing behind and never replaces an existing file.
 class AtomicFile {
-public:
+ public:
   // Creates the temporary file; on failure returns null and says why, naming the target.
   static std::unique_ptr<AtomicFile> Create(const std::string& targetPath, std::string* error);
   ~AtomicFile();
@@ -26,7 +26,7 @@ public:
   // Flushes the data to disk, closes the file and renames it to the target name.
   bool Commit(std::string* error);
 
-private:
+ private:
   AtomicFile(std::string targetPath, std::string tempPath, int fd);
   void Discard();
 

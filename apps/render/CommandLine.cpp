@@ -1,9 +1,9 @@
 #include "CommandLine.h"
 
-#include "Quoted.h"
-
 #include <cerrno>
 #include <cstdlib>
+
+#include "Quoted.h"
 
 namespace render {
 
@@ -18,7 +18,8 @@ bool ParseBlockFrames(const std::string& text, int* frames, std::string* error) 
     return false;
   }
   if (errno == ERANGE || value < 1 || value > kMaxBlockFrames) {
-    *error = "block size " + Quoted(text) + " is outside 1 to " + std::to_string(kMaxBlockFrames) + " frames";
+    *error = "block size " + Quoted(text) + " is outside 1 to " + std::to_string(kMaxBlockFrames) +
+             " frames";
     return false;
   }
   *frames = static_cast<int>(value);
@@ -36,7 +37,8 @@ bool ParseRate(const std::string& text, double* rate, std::string* error) {
   return true;
 }
 
-bool ParseParamArgument(const std::string& text, std::vector<ParamArgument>* params, std::string* error) {
+bool ParseParamArgument(const std::string& text, std::vector<ParamArgument>* params,
+                        std::string* error) {
   const std::string::size_type equals = text.find('=');
   if (equals == std::string::npos || equals == 0) {
     *error = "parameter setting " + Quoted(text) + " is not of the form NAME=VALUE";
@@ -68,7 +70,9 @@ const ValueOption kValueOptions[] = {
        return ParseBlockFrames(v, &cli->blockFrames, error);
      }},
     {nullptr, "--rate",
-     [](const std::string& v, CommandLine* cli, std::string* error) { return ParseRate(v, &cli->effectRate, error); }},
+     [](const std::string& v, CommandLine* cli, std::string* error) {
+       return ParseRate(v, &cli->effectRate, error);
+     }},
     {nullptr, "--load-state",
      [](const std::string& v, CommandLine* cli, std::string*) {
        cli->loadState = v;
@@ -83,14 +87,16 @@ const ValueOption kValueOptions[] = {
 
 const ValueOption* FindValueOption(const std::string& option) {
   for (const ValueOption& candidate : kValueOptions) {
-    if ((candidate.shortName && option == candidate.shortName) || option == candidate.longName) return &candidate;
+    if ((candidate.shortName && option == candidate.shortName) || option == candidate.longName)
+      return &candidate;
   }
   return nullptr;
 }
 
 // Reads the option at args[*i], and its value, which may be the next argument (then *i moves on).
 // Long options also take their value after an equals sign: --block=256.
-bool ParseOption(const std::vector<std::string>& args, std::size_t* i, CommandLine* cli, std::string* error) {
+bool ParseOption(const std::vector<std::string>& args, std::size_t* i, CommandLine* cli,
+                 std::string* error) {
   const std::string& arg = args[*i];
   const std::string::size_type equals = arg.rfind("--", 0) == 0 ? arg.find('=') : std::string::npos;
   const std::string option = arg.substr(0, equals);
@@ -118,7 +124,8 @@ bool ParseOption(const std::vector<std::string>& args, std::size_t* i, CommandLi
 
 bool SetInput(const std::string& arg, CommandLine* cli, std::string* error) {
   if (!cli->input.empty()) {
-    *error = "unexpected argument " + Quoted(arg) + ": only one input file can be rendered at a time";
+    *error =
+        "unexpected argument " + Quoted(arg) + ": only one input file can be rendered at a time";
     return false;
   }
   if (arg.empty()) {

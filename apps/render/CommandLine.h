@@ -18,8 +18,8 @@ struct ParamArgument {
 };
 
 struct CommandLine {
-  std::string input;   // empty: render the built-in demo signal
-  std::string output;  // empty: the default name (OutputPath.h)
+  std::string input;                  // empty: render the built-in demo signal
+  std::string output;                 // empty: the default name (OutputPath.h)
   std::vector<ParamArgument> params;  // in the order given
   int blockFrames = kDefaultBlockFrames;
   double effectRate = 0.0;  // 0: run the effect at the input's own rate

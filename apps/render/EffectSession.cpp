@@ -15,8 +15,11 @@ ParamInfo DescribeParam(IParam* param) {
   info.min = param->GetMin();
   info.max = param->GetMax();
   const int nTexts = static_cast<int>(param->GetNDisplayTexts());
-  for (int i = 0; i < nTexts; ++i) info.displayTexts.push_back(param->GetDisplayTextAtIdx(i, nullptr));
-  info.mapDisplayText = [param](const char* text, int* value) { return param->MapDisplayText(text, value); };
+  for (int i = 0; i < nTexts; ++i)
+    info.displayTexts.push_back(param->GetDisplayTextAtIdx(i, nullptr));
+  info.mapDisplayText = [param](const char* text, int* value) {
+    return param->MapDisplayText(text, value);
+  };
   return info;
 }
 
@@ -59,6 +62,8 @@ void EffectSession::Process(float** inputs, float** outputs, int nFrames) {
 
 double EffectSession::Needle() const { return mTarn->GetNeedle(); }
 
-std::unique_ptr<RenderEffect> MakeTarnEffect(std::string*) { return std::make_unique<EffectSession>(); }
+std::unique_ptr<RenderEffect> MakeTarnEffect(std::string*) {
+  return std::make_unique<EffectSession>();
+}
 
 }  // namespace render

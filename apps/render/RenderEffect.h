@@ -1,10 +1,10 @@
 #pragma once
 
-#include "ParamLookup.h"
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "ParamLookup.h"
 
 namespace render {
 
@@ -12,7 +12,7 @@ namespace render {
 // RestoreState, SetParameter for each -p, Prepare, then Process block by block. The real one
 // wraps the Tarn plug-in (EffectSession.h); tests drive the renderer with simple stand-ins.
 class RenderEffect {
-public:
+ public:
   virtual ~RenderEffect() = default;
 
   // The plug-in's parameter table, in index order.

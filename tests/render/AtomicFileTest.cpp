@@ -1,11 +1,9 @@
-#include "AtomicFile.h"
-#include "SoundFileWriter.h"
-
-#include "RenderTestFiles.h"
-
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
+
+#include "AtomicFile.h"
+#include "RenderTestFiles.h"
+#include "SoundFileWriter.h"
 
 using render::AtomicFile;
 using render::SoundFileWriter;
@@ -78,7 +76,7 @@ TEST(AtomicFile, UnwritableTargetsAreRefusedNamingThem) {
   EXPECT_NE(error.find(dir.File("missing/out.bin")), std::string::npos) << error;
   render_test::WriteBytes(dir.File("plain"), kOld);
   EXPECT_FALSE(AtomicFile::Create(dir.File("plain/out.bin"), &error));  // parent is a file
-  EXPECT_FALSE(AtomicFile::Create(dir.Path(), &error));                  // the target is a folder
+  EXPECT_FALSE(AtomicFile::Create(dir.Path(), &error));                 // the target is a folder
   EXPECT_NE(error.find("folder"), std::string::npos) << error;
   EXPECT_EQ(dir.List(), std::vector<std::string>{"plain"});
 }

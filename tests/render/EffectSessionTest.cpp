@@ -1,19 +1,18 @@
 // The renderer with the real Tarn plug-in: the parameter table and state it reads from the
 // plug-in, the host path it drives, and the program end to end.
 
-#include "DemoSignal.h"
-#include "EffectSession.h"
-#include "ParamLookup.h"
-#include "TarnRender.h"
-
-#include "AllocationCounter.h"
-#include "RenderTestFiles.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
 #include <sstream>
+
+#include "AllocationCounter.h"
+#include "DemoSignal.h"
+#include "EffectSession.h"
+#include "ParamLookup.h"
+#include "RenderTestFiles.h"
+#include "TarnRender.h"
 
 using render::EffectSession;
 using render::ParamInfo;
@@ -60,15 +59,18 @@ TEST(EffectSession, ParameterTableComesFromThePlugIn) {
   EffectSession session;
   const std::vector<ParamInfo> table = session.Params();
   ASSERT_EQ(table.size(), 8u);
-  const char* names[] = {"Input Trim",      "Drive",   "Output Compensation", "Asymmetry",
-                         "Freq Response",   "Crosstalk Level", "VU Mode",   "Bypass"};
-  const double ranges[][2] = {{-20, 20}, {0, 10}, {-20, 20}, {0, 10}, {-10, 10}, {-120, -60}, {0, 2}, {0, 1}};
+  const char* names[] = {"Input Trim", "Drive",         "Output Compensation",
+                         "Asymmetry",  "Freq Response", "Crosstalk Level",
+                         "VU Mode",    "Bypass"};
+  const double ranges[][2] = {{-20, 20}, {0, 10},     {-20, 20}, {0, 10},
+                              {-10, 10}, {-120, -60}, {0, 2},    {0, 1}};
   for (int i = 0; i < 8; ++i) {
     EXPECT_EQ(table[i].name, names[i]);
     EXPECT_EQ(table[i].min, ranges[i][0]) << names[i];
     EXPECT_EQ(table[i].max, ranges[i][1]) << names[i];
   }
-  EXPECT_EQ(table[6].displayTexts, (std::vector<std::string>{"Input", "RMS Difference Out-In", "Output"}));
+  EXPECT_EQ(table[6].displayTexts,
+            (std::vector<std::string>{"Input", "RMS Difference Out-In", "Output"}));
   EXPECT_EQ(table[7].displayTexts, (std::vector<std::string>{"off", "on"}));
   int value = -1;
   EXPECT_TRUE(table[6].mapDisplayText("Output", &value));
@@ -78,14 +80,17 @@ TEST(EffectSession, ParameterTableComesFromThePlugIn) {
 TEST(EffectSession, ShortKeysAndTextsResolveAgainstThePlugInsTable) {
   EffectSession session;
   const std::vector<ParamInfo> table = session.Params();
-  const char* keys[] = {"trim", "drive", "output", "asymmetry", "freq", "crosstalk", "vumode", "bypass"};
+  const char* keys[] = {"trim", "drive",     "output", "asymmetry",
+                        "freq", "crosstalk", "vumode", "bypass"};
   for (int i = 0; i < 8; ++i) {
     std::string error;
     EXPECT_EQ(render::FindParam(table, keys[i], &error), i) << keys[i] << ": " << error;
   }
   render::ParamSetting setting;
   std::string warning, error;
-  ASSERT_TRUE(render::ResolveParam(table, {"vumode", "RMS Difference Out-In"}, &setting, &warning, &error)) << error;
+  ASSERT_TRUE(
+      render::ResolveParam(table, {"vumode", "RMS Difference Out-In"}, &setting, &warning, &error))
+      << error;
   EXPECT_EQ(setting.value, 1.0);
   ASSERT_TRUE(render::ResolveParam(table, {"bypass", "on"}, &setting, &warning, &error)) << error;
   EXPECT_EQ(setting.value, 1.0);
@@ -105,7 +110,8 @@ TEST(EffectSession, AutomationAndRestoredStatesAreClampedIntoRange) {
   session.SetParameter(4, 2.5);
   EXPECT_EQ(StateValues(session.SaveState()), (std::vector<double>{0, 10, 0, 5, 2.5, -120, 0, 0}));
   ASSERT_TRUE(session.RestoreState(StateOf({1, 99, -3, 0.5, -11, -70, 2, 1})));
-  EXPECT_EQ(StateValues(session.SaveState()), (std::vector<double>{1, 10, -3, 0.5, -10, -70, 2, 1}));
+  EXPECT_EQ(StateValues(session.SaveState()),
+            (std::vector<double>{1, 10, -3, 0.5, -10, -70, 2, 1}));
 }
 
 TEST(EffectSession, OutputDoesNotDependOnTheBlockSize) {
@@ -138,18 +144,21 @@ TEST(EffectSession, BypassedMonoRenderIsTheTrimmedInput) {
   render_test::Sound input;
   input.nChannels = 1;
   input.sampleRate = 44100;
-  for (int i = 0; i < 5000; ++i) input.samples.push_back(static_cast<float>(0.5 * std::sin(0.01 * i)));
+  for (int i = 0; i < 5000; ++i)
+    input.samples.push_back(static_cast<float>(0.5 * std::sin(0.01 * i)));
   render_test::WriteSound("in.wav", input, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
   std::ostringstream out, err;
   const render::Console console{out, err, false};
-  const int status = render::RunTarnRender({"in.wav", "-p", "bypass=on", "-p", "trim=-6.020599913279624"},
-                                           render::MakeTarnEffect, console, [] { return false; });
+  const int status =
+      render::RunTarnRender({"in.wav", "-p", "bypass=on", "-p", "trim=-6.020599913279624"},
+                            render::MakeTarnEffect, console, [] { return false; });
   ASSERT_EQ(status, 0) << err.str();
   const render_test::Sound rendered = render_test::ReadSound("in-tarn.wav");
   ASSERT_EQ(rendered.nChannels, 1);
   ASSERT_EQ(rendered.samples.size(), input.samples.size());
   for (std::size_t i = 0; i < input.samples.size(); ++i) {
-    ASSERT_NEAR(rendered.samples[i], input.samples[i] * 0.5 * 1.0001 * 1.0001, 1e-4) << "frame " << i;
+    ASSERT_NEAR(rendered.samples[i], input.samples[i] * 0.5 * 1.0001 * 1.0001, 1e-4)
+        << "frame " << i;
   }
   EXPECT_NE(out.str().find("needle"), std::string::npos);
 }
@@ -159,8 +168,8 @@ TEST(EffectSession, DemoRenderEndToEnd) {
   render_test::WorkingFolder here(dir.Path());
   std::ostringstream out, err;
   const render::Console console{out, err, false};
-  ASSERT_EQ(render::RunTarnRender({"-p", "drive=6", "--save-state", "s.state"}, render::MakeTarnEffect, console,
-                                  [] { return false; }),
+  ASSERT_EQ(render::RunTarnRender({"-p", "drive=6", "--save-state", "s.state"},
+                                  render::MakeTarnEffect, console, [] { return false; }),
             0)
       << err.str();
   const render_test::Sound rendered = render_test::ReadSound("tarn-demo.wav");
@@ -174,7 +183,8 @@ TEST(EffectSession, DemoRenderEndToEnd) {
   }
   EXPECT_GT(peak, 0.01f);
   EXPECT_LE(peak, 20.1f);
-  EXPECT_EQ(StateValues(render_test::ReadBytes("s.state")), (std::vector<double>{0, 6, 0, 5, 0, -90, 0, 0}));
+  EXPECT_EQ(StateValues(render_test::ReadBytes("s.state")),
+            (std::vector<double>{0, 6, 0, 5, 0, -90, 0, 0}));
 }
 
 // The same command gives the same file to the byte, run twice or in any block size.

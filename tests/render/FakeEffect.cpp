@@ -16,7 +16,8 @@ std::string Call(const char* format, double a, double b = 0, double c = 0) {
 
 }  // namespace
 
-render::ParamInfo FakeParam(const std::string& name, double min, double max, std::vector<std::string> texts) {
+render::ParamInfo FakeParam(const std::string& name, double min, double max,
+                            std::vector<std::string> texts) {
   render::ParamInfo info;
   info.name = name;
   info.min = min;

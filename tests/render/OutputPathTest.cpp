@@ -1,10 +1,8 @@
-#include "OutputPath.h"
-
-#include "RenderTestFiles.h"
-
 #include <gtest/gtest.h>
-
 #include <unistd.h>
+
+#include "OutputPath.h"
+#include "RenderTestFiles.h"
 
 using render::DefaultOutputPath;
 using render::SameFile;

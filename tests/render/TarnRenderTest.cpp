@@ -1,16 +1,15 @@
 // The whole program, driven with a stand-in effect: what it writes, in what order it asks the
 // effect for what, and that every bad input fails with one line and leaves no file behind.
 
-#include "DemoSignal.h"
-#include "TarnRender.h"
-
-#include "FakeEffect.h"
-#include "RenderTestFiles.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <sstream>
+
+#include "DemoSignal.h"
+#include "FakeEffect.h"
+#include "RenderTestFiles.h"
+#include "TarnRender.h"
 
 using render_test::FakeEffect;
 using render_test::Sound;
@@ -23,10 +22,12 @@ struct Result {
   std::string err;
 };
 
-bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
 
 class TarnRender : public ::testing::Test {
-protected:
+ protected:
   TarnRender() : mHere(mDir.Path()) {
     // in.wav: 1050 frames of a mono square wave of +-0.5 at 44.1 kHz, exact in 16 bits.
     mInput.nChannels = 1;
@@ -36,11 +37,15 @@ protected:
     mInput = render_test::ReadSound("in.wav");  // the samples as the renderer will read them
   }
 
-  Result Run(const std::vector<std::string>& args, std::function<bool()> interrupted = [] { return false; }) {
+  Result Run(
+      const std::vector<std::string>& args,
+      std::function<bool()> interrupted = [] { return false; }) {
     std::ostringstream out, err;
     const render::Console console{out, err, false};
     FakeEffect::Log* log = &mLog;
-    const render::EffectFactory factory = [log](std::string*) { return std::make_unique<FakeEffect>(log); };
+    const render::EffectFactory factory = [log](std::string*) {
+      return std::make_unique<FakeEffect>(log);
+    };
     Result r;
     r.status = render::RunTarnRender(args, factory, console, interrupted);
     r.out = out.str();
@@ -79,10 +84,11 @@ TEST_F(TarnRender, RendersTheDemoSignalWhenNoInputIsGiven) {
 }
 
 TEST_F(TarnRender, AsksTheEffectInTheOrderAHostRestoringASessionWould) {
-  const Result r = Run({"in.wav", "-p", "gain=0.5", "-p", "mode=C", "-p", "Mode=1", "--block", "100"});
+  const Result r =
+      Run({"in.wav", "-p", "gain=0.5", "-p", "mode=C", "-p", "Mode=1", "--block", "100"});
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(mLog.calls,
-            (std::vector<std::string>{"restore 1 0", "set 0 0.5", "set 1 2", "set 1 1", "prepare 44100 1 100"}));
+  EXPECT_EQ(mLog.calls, (std::vector<std::string>{"restore 1 0", "set 0 0.5", "set 1 2", "set 1 1",
+                                                  "prepare 44100 1 100"}));
   std::vector<int> blocks(10, 100);
   blocks.push_back(50);  // the last block is short
   EXPECT_EQ(mLog.blocks, blocks);
@@ -122,14 +128,16 @@ TEST_F(TarnRender, SavesTheStateAfterTheSettingsAndLoadsItBeforeThem) {
   mLog = {};
   const Result r = Run({"in.wav", "--load-state", "l.state", "-p", "mode=A", "-o", "loaded.wav"});
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(mLog.calls, (std::vector<std::string>{"restore 0.25 2", "set 1 0", "prepare 44100 1 512"}));
+  EXPECT_EQ(mLog.calls,
+            (std::vector<std::string>{"restore 0.25 2", "set 1 0", "prepare 44100 1 512"}));
   EXPECT_EQ(render_test::ReadSound("loaded.wav").samples, Scaled(0.25f));
 }
 
 TEST_F(TarnRender, OutOfRangeSettingsAreClampedWithAWarning) {
   const Result r = Run({"in.wav", "-p", "gain=5"});
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_TRUE(Contains(r.err, "warning") && Contains(r.err, "\"Output Gain\" 5") && Contains(r.err, "0 to 2"))
+  EXPECT_TRUE(Contains(r.err, "warning") && Contains(r.err, "\"Output Gain\" 5") &&
+              Contains(r.err, "0 to 2"))
       << r.err;
   EXPECT_EQ(render_test::ReadSound("in-tarn.wav").samples, Scaled(2.0f));
 }
@@ -203,15 +211,25 @@ INSTANTIATE_TEST_SUITE_P(
         BadInput{"RateAboveLimit", {"in.wav", "--rate", "768001"}, "\"768001\""},
         BadInput{"RateNotANumber", {"in.wav", "--rate", "fast"}, "\"fast\""},
         BadInput{"OutputIsInput", {"in.wav", "-o", "./in.wav"}, "\"./in.wav\""},
-        BadInput{"OutputIsInputSpelledDifferently", {"./in.wav", "-o", "sub/../in.wav"}, "\"sub/../in.wav\""},
+        BadInput{"OutputIsInputSpelledDifferently",
+                 {"./in.wav", "-o", "sub/../in.wav"},
+                 "\"sub/../in.wav\""},
         BadInput{"SavedStateOverInput", {"in.wav", "--save-state", "in.wav"}, "\"in.wav\""},
-        BadInput{"SavedStateOverOutput", {"in.wav", "-o", "x.wav", "--save-state", "./x.wav"}, "\"./x.wav\""},
-        BadInput{"OutputOverLoadedState", {"in.wav", "--load-state", "good.state", "-o", "good.state"},
+        BadInput{"SavedStateOverOutput",
+                 {"in.wav", "-o", "x.wav", "--save-state", "./x.wav"},
+                 "\"./x.wav\""},
+        BadInput{"OutputOverLoadedState",
+                 {"in.wav", "--load-state", "good.state", "-o", "good.state"},
                  "\"good.state\""},
-        BadInput{"StateOfWrongSize", {"in.wav", "--load-state", "short.state"}, "\"short.state\" is 15 bytes"},
+        BadInput{"StateOfWrongSize",
+                 {"in.wav", "--load-state", "short.state"},
+                 "\"short.state\" is 15 bytes"},
         BadInput{"MissingState", {"in.wav", "--load-state", "none.state"}, "\"none.state\""},
-        BadInput{"OutputFolderMissing", {"in.wav", "-o", "nofolder/out.wav"}, "\"nofolder/out.wav\""},
-        BadInput{"StateFolderMissing", {"in.wav", "--save-state", "nofolder/s.state"}, "\"nofolder/s.state\""},
+        BadInput{
+            "OutputFolderMissing", {"in.wav", "-o", "nofolder/out.wav"}, "\"nofolder/out.wav\""},
+        BadInput{"StateFolderMissing",
+                 {"in.wav", "--save-state", "nofolder/s.state"},
+                 "\"nofolder/s.state\""},
         BadInput{"OutputIsAFolder", {"in.wav", "-o", "."}, "folder"},
         BadInput{"UnknownOption", {"in.wav", "--bogus"}, "\"--bogus\""},
         BadInput{"MissingOptionValue", {"in.wav", "-o"}, "\"-o\" needs a value"}),
@@ -220,18 +238,21 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(TarnRender, AnEffectThatCannotBeMadeLeavesNoFile) {
   std::ostringstream out, err;
   const render::Console console{out, err, false};
-  const render::EffectFactory none = [](std::string* error) -> std::unique_ptr<render::RenderEffect> {
+  const render::EffectFactory none =
+      [](std::string* error) -> std::unique_ptr<render::RenderEffect> {
     *error = "no effect here";
     return nullptr;
   };
-  EXPECT_EQ(render::RunTarnRender({"in.wav"}, none, console, [] { return false; }), render::kExitFailure);
+  EXPECT_EQ(render::RunTarnRender({"in.wav"}, none, console, [] { return false; }),
+            render::kExitFailure);
   EXPECT_EQ(err.str(), "tarn-render: no effect here\n");
   EXPECT_EQ(mDir.List(), std::vector<std::string>{"in.wav"});
 }
 
 TEST_F(TarnRender, AnInterruptedRenderLeavesNoFile) {
   int polls = 0;
-  const Result r = Run({"in.wav", "--block", "10", "--save-state", "s.state"}, [&polls] { return ++polls > 3; });
+  const Result r =
+      Run({"in.wav", "--block", "10", "--save-state", "s.state"}, [&polls] { return ++polls > 3; });
   EXPECT_EQ(r.status, render::kExitFailure);
   EXPECT_TRUE(Contains(r.err, "interrupted")) << r.err;
   EXPECT_EQ(mLog.blocks.size(), 3u);
