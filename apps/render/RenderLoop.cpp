@@ -51,6 +51,7 @@ bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& wri
   PlanarBlock out(nChannels, blockFrames);
   report->input = LevelStats(nChannels);
   report->output = LevelStats(nChannels);
+  report->nonFinite = NonFiniteInput();
 
   long long done = 0;
   while (done < total) {
@@ -67,6 +68,7 @@ bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& wri
       return false;
     }
     const int n = static_cast<int>(got);
+    report->nonFinite.Replace(interleaved.data(), n, nChannels, done);
     in.Deinterleave(interleaved.data(), n);
     report->input.Add(in.Pointers(), n);
     const auto start = std::chrono::steady_clock::now();

@@ -5,6 +5,7 @@
 
 #include "AudioSource.h"
 #include "LevelStats.h"
+#include "NonFiniteInput.h"
 #include "ProgressDisplay.h"
 #include "RenderEffect.h"
 #include "SoundFileWriter.h"
@@ -17,7 +18,8 @@ struct RenderReport {
   int fileRate = 0;       // the input's rate, which the output keeps
   double effectRate = 0;  // the rate the effect ran at
   long long nFrames = 0;
-  LevelStats input;
+  LevelStats input;  // after non-finite samples were replaced
+  NonFiniteInput nonFinite;
   LevelStats output;
   double needle = 0.0;
   // Time spent inside the effect, without reading, generating or writing audio.

@@ -32,6 +32,20 @@ std::string LevelLines(const char* label, const LevelStats& stats) {
   return lines;
 }
 
+std::string NonFiniteWarning(const NonFiniteInput& nonFinite) {
+  if (nonFinite.Count() == 0) return std::string();
+  if (nonFinite.Count() == 1) {
+    return Format(
+        "warning: 1 input sample was not a finite number (NaN or infinity) and was replaced with "
+        "0.0, at frame %lld\n",
+        nonFinite.FirstFrame());
+  }
+  return Format(
+      "warning: %lld input samples were not finite numbers (NaN or infinity) and were replaced "
+      "with 0.0; the first at frame %lld\n",
+      nonFinite.Count(), nonFinite.FirstFrame());
+}
+
 }  // namespace
 
 std::string FormatSummary(const RenderReport& report, const std::string& inputDescription,
@@ -51,7 +65,7 @@ std::string FormatSummary(const RenderReport& report, const std::string& inputDe
                  report.processSeconds);
   if (report.processSeconds > 0.0)
     text += Format(", %.1f times real time", seconds / report.processSeconds);
-  return text + "\n";
+  return text + "\n" + NonFiniteWarning(report.nonFinite);
 }
 
 }  // namespace render

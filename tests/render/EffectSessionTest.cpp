@@ -207,3 +207,51 @@ TEST(EffectSession, RendersAreReproducibleToTheByte) {
     EXPECT_EQ(render(block, std::string("block") + block + ".wav"), reference) << "block " << block;
   }
 }
+
+// A NaN or infinity in the input (here in the last channel only, across a block boundary) is
+// rendered as if it had been silence, and the summary says how many there were and where.
+TEST(EffectSession, NonFiniteInputRendersAsSilenceWithAWarning) {
+  const float kNaN = std::nanf(""), kInf = INFINITY;
+  const struct {
+    int nChannels;
+    std::vector<float> burst;
+    const char* warning;
+  } cases[] = {
+      {1,
+       {kNaN},
+       "warning: 1 input sample was not a finite number (NaN or infinity) and was replaced with "
+       "0.0, at frame 1020\n"},
+      {2,
+       {kNaN, kInf, -kInf, kNaN, kNaN, kNaN, kNaN, kNaN, kNaN, kInf},
+       "warning: 10 input samples were not finite numbers (NaN or infinity) and were replaced "
+       "with 0.0; the first at frame 1020\n"},
+  };
+  render_test::TempDir dir;
+  render_test::WorkingFolder here(dir.Path());
+  for (const auto& c : cases) {
+    render_test::Sound zeros;
+    zeros.nChannels = c.nChannels;
+    zeros.sampleRate = 44100;
+    for (int i = 0; i < 4000 * c.nChannels; ++i)
+      zeros.samples.push_back(0.5f * std::sin(0.03f * i));
+    render_test::Sound burst = zeros;
+    for (std::size_t i = 0; i < c.burst.size(); ++i) {
+      const std::size_t at = (1020 + i + 1) * c.nChannels - 1;
+      zeros.samples[at] = 0.0f;
+      burst.samples[at] = c.burst[i];
+    }
+    render_test::WriteSound("zeros.wav", zeros, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+    render_test::WriteSound("burst.wav", burst, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+    std::ostringstream out, err;
+    const render::Console console{out, err, false};
+    for (const char* name : {"zeros.wav", "burst.wav"}) {
+      ASSERT_EQ(render::RunTarnRender({name, "-p", "drive=6", "--block", "256"},
+                                      render::MakeTarnEffect, console, [] { return false; }),
+                0)
+          << err.str();
+    }
+    EXPECT_EQ(render_test::ReadBytes("burst-tarn.wav"), render_test::ReadBytes("zeros-tarn.wav"))
+        << c.nChannels << " channels";
+    EXPECT_NE(out.str().find(c.warning), std::string::npos) << out.str();
+  }
+}
