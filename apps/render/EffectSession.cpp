@@ -4,6 +4,7 @@
 #include "plug/ByteChunk.h"
 #include "plug/IParam.h"
 #include "plug/IPlugOffline.h"
+#include "plug/StateCheck.h"
 
 namespace render {
 
@@ -41,10 +42,13 @@ std::vector<unsigned char> EffectSession::SaveState() {
   return std::vector<unsigned char>(bytes, bytes + chunk.Size());
 }
 
-bool EffectSession::RestoreState(const std::vector<unsigned char>& state) {
+std::string EffectSession::RestoreState(const std::vector<unsigned char>& state) {
+  const std::string problem = StateProblem(*mPlug, state.data(), state.size());
+  if (!problem.empty()) return problem;
   ByteChunk chunk;
   chunk.PutBytes(state.data(), static_cast<int>(state.size()));
-  return mPlug->UnserializeState(&chunk, 0) == chunk.Size();
+  mPlug->UnserializeState(&chunk, 0);
+  return std::string();
 }
 
 void EffectSession::SetParameter(int index, double value) { mPlug->SetParameter(index, value); }

@@ -18,7 +18,7 @@ class EffectSession : public RenderEffect {
 
   std::vector<ParamInfo> Params() override;
   std::vector<unsigned char> SaveState() override;
-  bool RestoreState(const std::vector<unsigned char>& state) override;
+  std::string RestoreState(const std::vector<unsigned char>& state) override;
   void SetParameter(int index, double value) override;
   void Prepare(double sampleRate, int nChannels, int maxBlockFrames) override;
   void Process(float** inputs, float** outputs, int nFrames) override;

@@ -19,8 +19,11 @@ class RenderEffect {
   virtual std::vector<ParamInfo> Params() = 0;
   // The serialised state of all parameters; a fresh effect's state holds the defaults.
   virtual std::vector<unsigned char> SaveState() = 0;
-  // Restores a full state, as a host does when it reopens a session.
-  virtual bool RestoreState(const std::vector<unsigned char>& state) = 0;
+  // Restores a full state, as a host does when it reopens a session. A state that is not whole
+  // (one finite value for every parameter) is refused as a whole, the effect keeping the state it
+  // had: the answer is then what is wrong with it, in a phrase such as "is 63 bytes; a state is
+  // 64 bytes" or "holds NaN for \"Drive\"", and empty when the state was restored.
+  virtual std::string RestoreState(const std::vector<unsigned char>& state) = 0;
   // Sets a parameter as host automation does (the plug-in clamps it into its range).
   virtual void SetParameter(int index, double value) = 0;
   // Sample rate, reset, channel layout (nChannels in and out) and the largest block to come.

@@ -87,12 +87,12 @@ class RenderJob {
     std::vector<unsigned char> state = mEffect->SaveState();  // a fresh effect holds its defaults
     if (!mCli.loadState.empty() && !ReadStateFile(mCli.loadState, state.size(), &state, error))
       return false;
-    if (!mEffect->RestoreState(state)) {
-      *error = "the effect did not accept the state" +
-               (mCli.loadState.empty() ? std::string() : " in " + Quoted(mCli.loadState));
-      return false;
-    }
-    return true;
+    const std::string problem = mEffect->RestoreState(state);
+    if (problem.empty()) return true;
+    *error = (mCli.loadState.empty() ? std::string("the effect's default state")
+                                     : "state file " + Quoted(mCli.loadState)) +
+             " " + problem;
+    return false;
   }
 
   // Then each -p in the order given, as host automation.

@@ -109,9 +109,31 @@ TEST(EffectSession, AutomationAndRestoredStatesAreClampedIntoRange) {
   session.SetParameter(5, -130.0);
   session.SetParameter(4, 2.5);
   EXPECT_EQ(StateValues(session.SaveState()), (std::vector<double>{0, 10, 0, 5, 2.5, -120, 0, 0}));
-  ASSERT_TRUE(session.RestoreState(StateOf({1, 99, -3, 0.5, -11, -70, 2, 1})));
+  ASSERT_EQ(session.RestoreState(StateOf({1, 99, -3, 0.5, -11, -70, 2, 1})), "");
   EXPECT_EQ(StateValues(session.SaveState()),
             (std::vector<double>{1, 10, -3, 0.5, -10, -70, 2, 1}));
+}
+
+// A state that is not whole is refused as a whole: the session keeps the one it had.
+TEST(EffectSession, RestoreRefusesStatesThatAreNotWhole) {
+  std::vector<unsigned char> shortState = StateOf({1, 2, 3, 4, 5, -70, 1, 0});
+  shortState.pop_back();
+  const struct {
+    std::vector<unsigned char> state;
+    const char* problem;
+  } cases[] = {
+      {StateOf({1, 2, 3, 4, 5, -70, NAN, 0}), "holds NaN for \"VU Mode\""},
+      {StateOf({1, INFINITY, 3, 4, 5, -70, 1, 0}), "holds +infinity for \"Drive\""},
+      {StateOf({1, 2, 3, 4, 5, -INFINITY, 1, 0}), "holds -infinity for \"Crosstalk Level\""},
+      {shortState, "is 63 bytes; a state is 64 bytes"},
+  };
+  for (const auto& c : cases) {
+    EffectSession session;
+    session.SetParameter(1, 7.0);
+    const std::vector<unsigned char> before = session.SaveState();
+    EXPECT_EQ(session.RestoreState(c.state), c.problem);
+    EXPECT_EQ(session.SaveState(), before) << c.problem;
+  }
 }
 
 TEST(EffectSession, OutputDoesNotDependOnTheBlockSize) {

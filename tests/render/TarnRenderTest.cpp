@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 
 #include "DemoSignal.h"
@@ -182,6 +183,8 @@ TEST_P(TarnRenderBadInput, FailsWithOneLineAndLeavesNoFile) {
   render_test::WriteSound("empty.wav", empty);
   render_test::WriteBytes("short.state", std::vector<unsigned char>(15, 0));
   render_test::WriteBytes("good.state", FakeEffect::State(1.0, 0.0));
+  render_test::WriteBytes("nan.state", FakeEffect::State(NAN, 0.0));
+  render_test::WriteBytes("inf.state", FakeEffect::State(1.0, -INFINITY));
   const std::vector<std::string> before = mDir.List();
   const std::vector<unsigned char> input = render_test::ReadBytes("in.wav");
 
@@ -221,6 +224,12 @@ INSTANTIATE_TEST_SUITE_P(
         BadInput{"OutputOverLoadedState",
                  {"in.wav", "--load-state", "good.state", "-o", "good.state"},
                  "\"good.state\""},
+        BadInput{"StateHoldingNaN",
+                 {"in.wav", "--load-state", "nan.state", "--save-state", "s.state"},
+                 "state file \"nan.state\" holds NaN for \"Output Gain\""},
+        BadInput{"StateHoldingInfinity",
+                 {"in.wav", "--load-state", "inf.state", "--save-state", "s.state"},
+                 "state file \"inf.state\" holds -infinity for \"Mode\""},
         BadInput{"StateOfWrongSize",
                  {"in.wav", "--load-state", "short.state"},
                  "\"short.state\" is 15 bytes"},
