@@ -1,9 +1,11 @@
 #include "CommandLine.h"
 
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 
 #include "Quoted.h"
+#include "SupportedRates.h"
 
 namespace render {
 
@@ -29,8 +31,12 @@ bool ParseBlockFrames(const std::string& text, int* frames, std::string* error) 
 bool ParseRate(const std::string& text, double* rate, std::string* error) {
   char* end = nullptr;
   const double value = std::strtod(text.c_str(), &end);
-  if (text.empty() || *end != '\0' || !(value > 0.0 && value <= kMaxSampleRate)) {
-    *error = "rate " + Quoted(text) + " is not a positive number of Hz up to 768000";
+  if (text.empty() || *end != '\0' || std::isnan(value)) {
+    *error = "rate " + Quoted(text) + " is not a number of Hz";
+    return false;
+  }
+  if (!IsSupportedSampleRate(value)) {
+    *error = "rate " + Quoted(text) + " is outside the supported " + SupportedRatesText();
     return false;
   }
   *rate = value;
@@ -158,9 +164,11 @@ std::string Usage() {
   return "usage: tarn-render [INPUT] [-o OUTPUT] [-p NAME=VALUE]... [--block N] [--rate HZ]\n"
          "                   [--load-state FILE] [--save-state FILE] [--quiet]\n"
          "\n"
-         "Renders INPUT (any mono or stereo file libsndfile reads) through Tarn and writes a\n"
-         "32-bit float WAV of the same rate and channel count. Without INPUT it renders a\n"
-         "built-in demo signal to tarn-demo.wav.\n"
+         "Renders INPUT (any mono or stereo file libsndfile reads, at " +
+         SupportedRatesText() +
+         ")\n"
+         "through Tarn and writes a 32-bit float WAV of the same rate and channel count.\n"
+         "Without INPUT it renders a built-in demo signal to tarn-demo.wav.\n"
          "\n"
          "  -o, --output FILE    output file (default: <input stem>-tarn.wav here)\n"
          "  -p, --param NAME=VALUE\n"
@@ -170,7 +178,9 @@ std::string Usage() {
          "                       its display texts (parameters are listed below)\n"
          "  --block N            frames per processing block, 1 to 8192 (default 512)\n"
          "  --rate HZ            run the effect at this rate instead of the file's own,\n"
-         "                       without resampling (up to 768000)\n"
+         "                       without resampling (" +
+         SupportedRatesText() +
+         ")\n"
          "  --load-state FILE    start from a saved state instead of the defaults\n"
          "  --save-state FILE    save the state after the -p settings\n"
          "  -q, --quiet          no progress display\n"

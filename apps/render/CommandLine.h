@@ -9,7 +9,6 @@ namespace render {
 // SetBlockSize, which sizes the plug-in's scratch buffers.
 constexpr int kMaxBlockFrames = 8192;
 constexpr int kDefaultBlockFrames = 512;
-constexpr double kMaxSampleRate = 768000.0;
 
 // One "-p NAME=VALUE" as typed; the parameter table gives it meaning (ParamLookup.h).
 struct ParamArgument {

@@ -104,11 +104,16 @@ TEST(CommandLine, BlockSizeRunsFromOneToTheScratchLimit) {
   }
 }
 
-TEST(CommandLine, RateIsAPositiveNumberUpTo768000) {
-  EXPECT_EQ(Parse({"--rate", "768000"}).effectRate, 768000.0);
-  EXPECT_EQ(Parse({"--rate", "0.5"}).effectRate, 0.5);
-  for (const char* bad :
-       {"0", "-44100", "768000.1", "800000", "abc", "nan", "inf", "44100Hz", ""}) {
+TEST(CommandLine, RateIsWithinTheSupportedRange) {
+  for (double rate : {8000.0, 44100.5, 768000.0}) {
+    EXPECT_EQ(Parse({"--rate", std::to_string(rate)}).effectRate, rate);
+  }
+  for (const char* bad : {"7999", "7999.99", "768000.1", "768001", "0", "-44100", "inf"}) {
+    const std::string error = Refusal({"--rate", bad});
+    EXPECT_NE(error.find(std::string("\"") + bad + "\""), std::string::npos) << error;
+    EXPECT_NE(error.find("8000 to 768000 Hz"), std::string::npos) << error;
+  }
+  for (const char* bad : {"abc", "nan", "44100Hz", ""}) {
     const std::string error = Refusal({"--rate", bad});
     EXPECT_NE(error.find(std::string("\"") + bad + "\""), std::string::npos) << error;
   }
@@ -152,7 +157,7 @@ TEST(CommandLine, UsageNamesEveryOption) {
   const std::string usage = render::Usage();
   for (const char* option :
        {"-o", "-p NAME=VALUE", "--block", "--rate", "--load-state", "--save-state", "--quiet",
-        "--help", "8192", "768000", "tarn-demo.wav"}) {
+        "--help", "8192", "8000 to 768000 Hz", "tarn-demo.wav", "[INPUT]"}) {
     EXPECT_NE(usage.find(option), std::string::npos) << option;
   }
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <sstream>
 
 #include "DemoSignal.h"
@@ -121,6 +122,31 @@ TEST_F(TarnRender, RateChangesOnlyTheEffectsRate) {
   EXPECT_TRUE(Contains(r.out, "effect ran at 96000 Hz")) << r.out;
 }
 
+// The effect is stable only at 8000 to 768000 Hz; files at other rates are refused.
+TEST_F(TarnRender, RendersFilesOnlyAtTheSupportedRates) {
+  const struct {
+    int rate;
+    bool accepted;
+  } cases[] = {{4000, false}, {7999, false}, {8000, true}, {768000, true}, {768001, false}};
+  for (const auto& c : cases) {
+    Sound sound = mInput;
+    sound.sampleRate = c.rate;
+    render_test::WriteSound("rate.wav", sound);
+    const Result r = Run({"rate.wav", "-o", "out.wav"});
+    const std::vector<std::string> files = mDir.List();
+    EXPECT_EQ(std::count(files.begin(), files.end(), "out.wav"), c.accepted ? 1 : 0) << c.rate;
+    std::remove("out.wav");
+    if (c.accepted) {
+      EXPECT_EQ(r.status, 0) << r.err;
+      continue;
+    }
+    EXPECT_EQ(r.status, render::kExitFailure);
+    EXPECT_TRUE(Contains(r.err, "\"rate.wav\" is at " + std::to_string(c.rate) + " Hz") &&
+                Contains(r.err, "8000 to 768000 Hz"))
+        << r.err;
+  }
+}
+
 TEST_F(TarnRender, SavesTheStateAfterTheSettingsAndLoadsItBeforeThem) {
   ASSERT_EQ(Run({"in.wav", "-p", "gain=1.5", "-p", "mode=B", "--save-state", "s.state"}).status, 0);
   EXPECT_EQ(render_test::ReadBytes("s.state"), FakeEffect::State(1.5, 1.0));
@@ -211,6 +237,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadInput{"BlockZero", {"in.wav", "--block", "0"}, "\"0\""},
         BadInput{"BlockAboveLimit", {"in.wav", "--block", "8193"}, "\"8193\""},
         BadInput{"RateZero", {"in.wav", "--rate", "0"}, "\"0\""},
+        BadInput{"RateBelowLimit", {"in.wav", "--rate", "7999"}, "\"7999\""},
         BadInput{"RateAboveLimit", {"in.wav", "--rate", "768001"}, "\"768001\""},
         BadInput{"RateNotANumber", {"in.wav", "--rate", "fast"}, "\"fast\""},
         BadInput{"OutputIsInput", {"in.wav", "-o", "./in.wav"}, "\"./in.wav\""},

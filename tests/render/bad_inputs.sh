@@ -79,6 +79,7 @@ expect_failure '"empty.wav"' empty.wav
 expect_failure '"0"' in.wav --block 0
 expect_failure '"8193"' in.wav --block 8193
 expect_failure '"0"' in.wav --rate 0
+expect_failure '"7999"' in.wav --rate 7999
 expect_failure '"800000"' in.wav --rate 800000
 expect_failure '"fast"' in.wav --rate fast
 expect_failure '"./in.wav"' in.wav -o ./in.wav
