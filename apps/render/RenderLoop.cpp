@@ -40,10 +40,9 @@ class PlanarBlock {
 
 }  // namespace
 
-bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& writer,
-                 int blockFrames, ProgressDisplay& progress,
-                 const std::function<bool()>& interrupted, RenderReport* report,
-                 std::string* error) {
+bool RenderAudio(AudioSource& source, RenderEffect& effect, FloatWavWriter& writer, int blockFrames,
+                 ProgressDisplay& progress, const std::function<bool()>& interrupted,
+                 RenderReport* report, std::string* error) {
   const int nChannels = source.NChannels();
   const long long total = source.NFrames();
   std::vector<float> interleaved(static_cast<std::size_t>(blockFrames) * nChannels);

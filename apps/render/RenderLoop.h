@@ -4,11 +4,11 @@
 #include <string>
 
 #include "AudioSource.h"
+#include "FloatWavWriter.h"
 #include "LevelStats.h"
 #include "NonFiniteInput.h"
 #include "ProgressDisplay.h"
 #include "RenderEffect.h"
-#include "SoundFileWriter.h"
 
 namespace render {
 
@@ -30,9 +30,8 @@ struct RenderReport {
 // shorter) and writes the result. `interrupted` is asked before every block; a true answer
 // stops the render as a failure. On failure *error says why and the writer is left uncommitted.
 // The caller finishes the progress display, whatever the outcome.
-bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& writer,
-                 int blockFrames, ProgressDisplay& progress,
-                 const std::function<bool()>& interrupted, RenderReport* report,
-                 std::string* error);
+bool RenderAudio(AudioSource& source, RenderEffect& effect, FloatWavWriter& writer, int blockFrames,
+                 ProgressDisplay& progress, const std::function<bool()>& interrupted,
+                 RenderReport* report, std::string* error);
 
 }  // namespace render

@@ -2,12 +2,12 @@
 
 #include "CommandLine.h"
 #include "DemoSignal.h"
+#include "FloatWavWriter.h"
 #include "OutputPath.h"
 #include "ParamLookup.h"
 #include "Quoted.h"
 #include "RenderLoop.h"
 #include "SoundFileReader.h"
-#include "SoundFileWriter.h"
 #include "StateFile.h"
 #include "Summary.h"
 
@@ -69,8 +69,8 @@ class RenderJob {
             {{"the output", mOutputPath}, {"the state file to save", mCli.saveState}}, error)) {
       return false;
     }
-    mWriter =
-        SoundFileWriter::Create(mOutputPath, mSource->NChannels(), mSource->SampleRate(), error);
+    mWriter = FloatWavWriter::Create(mOutputPath, mSource->NChannels(), mSource->SampleRate(),
+                                     mSource->NFrames(), error);
     if (!mWriter) return false;
     if (mCli.saveState.empty()) return true;
     mStateOut = AtomicFile::Create(mCli.saveState, error);
@@ -137,7 +137,7 @@ class RenderJob {
   const Console& mConsole;
   std::unique_ptr<AudioSource> mSource;
   std::string mOutputPath;
-  std::unique_ptr<SoundFileWriter> mWriter;
+  std::unique_ptr<FloatWavWriter> mWriter;
   std::unique_ptr<AtomicFile> mStateOut;
   std::unique_ptr<RenderEffect> mEffect;
   RenderReport mReport;
