@@ -18,14 +18,14 @@ std::unique_ptr<FloatWavWriter> FloatWavWriter::Create(const std::string& path, 
              std::to_string(MaxFloatWavFrames(nChannels)) + ")";
     return nullptr;
   }
-  std::unique_ptr<AtomicFile> file = AtomicFile::Create(path, error);
+  std::unique_ptr<OutputFile> file = OutputFile::Open(path, error);
   if (!file) return nullptr;
   const FloatWavHeader header = MakeFloatWavHeader(nChannels, sampleRate, nFrames);
   if (!file->Write(header.data(), header.size(), error)) return nullptr;
   return std::unique_ptr<FloatWavWriter>(new FloatWavWriter(std::move(file), nChannels, nFrames));
 }
 
-FloatWavWriter::FloatWavWriter(std::unique_ptr<AtomicFile> file, int nChannels, long long nFrames)
+FloatWavWriter::FloatWavWriter(std::unique_ptr<OutputFile> file, int nChannels, long long nFrames)
     : mFile(std::move(file)), mNChannels(nChannels), mAnnouncedFrames(nFrames) {}
 
 bool FloatWavWriter::Write(const float* interleaved, long long nFrames, std::string* error) {

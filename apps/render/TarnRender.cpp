@@ -45,8 +45,8 @@ class RenderJob {
 
   bool Run(const EffectFactory& makeEffect, const std::function<bool()>& interrupted,
            std::string* error) {
-    return OpenInput(error) && CreateOutputs(error) && MakeEffect(makeEffect, error) &&
-           RestoreState(error) && ApplyParams(error) && SaveState(error) &&
+    return OpenInput(error) && MakeEffect(makeEffect, error) && RestoreState(error) &&
+           ApplyParams(error) && CreateOutputs(error) && SaveState(error) &&
            Render(interrupted, error) && Commit(error);
   }
 
@@ -58,23 +58,6 @@ class RenderJob {
     }
     mSource = SoundFileReader::Open(mCli.input, error);
     return mSource != nullptr;
-  }
-
-  // The output files are created (as temporary files) before any work, so that a folder that
-  // cannot be written to is reported at once.
-  bool CreateOutputs(std::string* error) {
-    mOutputPath = mCli.output.empty() ? DefaultOutputPath(mCli.input) : mCli.output;
-    if (!CheckDistinctFiles(
-            {{"the input", mCli.input}, {"the state file to load", mCli.loadState}},
-            {{"the output", mOutputPath}, {"the state file to save", mCli.saveState}}, error)) {
-      return false;
-    }
-    mWriter = FloatWavWriter::Create(mOutputPath, mSource->NChannels(), mSource->SampleRate(),
-                                     mSource->NFrames(), error);
-    if (!mWriter) return false;
-    if (mCli.saveState.empty()) return true;
-    mStateOut = AtomicFile::Create(mCli.saveState, error);
-    return mStateOut != nullptr;
   }
 
   bool MakeEffect(const EffectFactory& makeEffect, std::string* error) {
@@ -108,6 +91,24 @@ class RenderJob {
     return true;
   }
 
+  // The outputs are opened once all that can be refused before rendering has been checked, so
+  // that the reader of a FIFO given as output gets nothing from a run that fails early, yet
+  // before the render, so that a folder that cannot be written to is reported at once.
+  bool CreateOutputs(std::string* error) {
+    mOutputPath = mCli.output.empty() ? DefaultOutputPath(mCli.input) : mCli.output;
+    if (!CheckDistinctFiles(
+            {{"the input", mCli.input}, {"the state file to load", mCli.loadState}},
+            {{"the output", mOutputPath}, {"the state file to save", mCli.saveState}}, error)) {
+      return false;
+    }
+    mWriter = FloatWavWriter::Create(mOutputPath, mSource->NChannels(), mSource->SampleRate(),
+                                     mSource->NFrames(), error);
+    if (!mWriter) return false;
+    if (mCli.saveState.empty()) return true;
+    mStateOut = OutputFile::Open(mCli.saveState, error);
+    return mStateOut != nullptr;
+  }
+
   bool SaveState(std::string* error) {
     if (!mStateOut) return true;
     const std::vector<unsigned char> state = mEffect->SaveState();
@@ -138,7 +139,7 @@ class RenderJob {
   std::unique_ptr<AudioSource> mSource;
   std::string mOutputPath;
   std::unique_ptr<FloatWavWriter> mWriter;
-  std::unique_ptr<AtomicFile> mStateOut;
+  std::unique_ptr<OutputFile> mStateOut;
   std::unique_ptr<RenderEffect> mEffect;
   RenderReport mReport;
 };

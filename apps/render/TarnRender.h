@@ -25,7 +25,8 @@ constexpr int kExitUsageError = 2;  // the command line is wrong
 
 // The whole program: parses the arguments (those after the program name), renders, prints the
 // summary and returns the exit status. Every failure prints one line naming the file or value
-// and leaves no output file behind. `interrupted` is polled between blocks.
+// and leaves no output file behind; a FIFO or a device given as output gets nothing unless the
+// render starts, and then what was rendered. `interrupted` is polled between blocks.
 int RunTarnRender(const std::vector<std::string>& args, const EffectFactory& makeEffect,
                   const Console& console, const std::function<bool()>& interrupted);
 

@@ -1,7 +1,10 @@
 // The whole program, driven with a stand-in effect: what it writes, in what order it asks the
 // effect for what, and that every bad input fails with one line and leaves no file behind.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -173,6 +176,77 @@ TEST_F(TarnRender, ReplacesAnExistingOutput) {
   render_test::WriteBytes("in-tarn.wav", {'o', 'l', 'd'});
   ASSERT_EQ(Run({"in.wav", "--quiet"}).status, 0);
   EXPECT_EQ(render_test::ReadSound("in-tarn.wav").samples, mInput.samples);
+}
+
+bool IsKind(const char* path, mode_t kind) {
+  struct stat st {};
+  return lstat(path, &st) == 0 && (st.st_mode & S_IFMT) == kind;
+}
+
+// Everything waiting in a pipe, read without waiting for more.
+std::vector<unsigned char> Drain(int fd) {
+  std::vector<unsigned char> bytes;
+  unsigned char buffer[4096];
+  for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0;) {
+    bytes.insert(bytes.end(), buffer, buffer + n);
+  }
+  return bytes;
+}
+
+// A FIFO (like a character device) is written to directly, not replaced by a file, and only by
+// a run that gets as far as rendering. The reading ends are opened read-write, so that neither
+// side waits for the other, and the pipes' buffers hold all of this short render.
+TEST_F(TarnRender, WritesIntoFifosInsteadOfReplacingThem) {
+  ASSERT_EQ(Run({"in.wav", "-o", "file.wav", "--save-state", "file.state"}).status, 0);
+  int readers[2];
+  const char* fifos[2] = {"out.fifo", "state.fifo"};
+  for (int i = 0; i < 2; ++i) {
+    ASSERT_EQ(mkfifo(fifos[i], 0644), 0);
+    readers[i] = open(fifos[i], O_RDWR | O_NONBLOCK);
+  }
+  const std::vector<std::string> args = {"in.wav", "-o", "out.fifo", "--save-state", "state.fifo"};
+  std::vector<std::string> refused = args;
+  refused.insert(refused.end(), {"-p", "volume=1"});
+  EXPECT_NE(Run(refused).status, 0);
+  for (int fd : readers) EXPECT_EQ(Drain(fd).size(), 0u);
+  const Result r = Run(args);
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(Drain(readers[0]), render_test::ReadBytes("file.wav"));
+  EXPECT_EQ(Drain(readers[1]), render_test::ReadBytes("file.state"));
+  for (int i = 0; i < 2; ++i) {
+    close(readers[i]);
+    EXPECT_TRUE(IsKind(fifos[i], S_IFIFO)) << fifos[i];
+  }
+  EXPECT_EQ(mDir.List(), (std::vector<std::string>{"file.state", "file.wav", "in.wav", "out.fifo",
+                                                   "state.fifo"}));
+}
+
+// A link given as output, a chain of them or one to a file not there yet, stays a link: the file
+// it ends at is replaced, atomically and in its own folder.
+TEST_F(TarnRender, WritesThroughLinksAndKeepsThem) {
+  ASSERT_EQ(mkdir("sub", 0755), 0);
+  const char* links[][2] = {{"sub/old.wav", "link.wav"},
+                            {"link.wav", "chain.wav"},
+                            {"old.wav", "sub/relative.wav"},
+                            {"sub/new.wav", "dangling.wav"}};
+  for (const auto& link : links) ASSERT_EQ(symlink(link[0], link[1]), 0);
+  const struct {
+    const char* output;
+    const char* file;
+  } cases[] = {{"chain.wav", "sub/old.wav"},
+               {"sub/relative.wav", "sub/old.wav"},
+               {"dangling.wav", "sub/new.wav"}};
+  for (const auto& c : cases) {
+    render_test::WriteBytes("sub/old.wav", {'o', 'l', 'd'});
+    const Result r = Run({"in.wav", "-o", c.output});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(render_test::ReadSound(c.file).samples, mInput.samples) << c.output;
+  }
+  for (const auto& link : links) EXPECT_TRUE(IsKind(link[1], S_IFLNK)) << link[1];
+  EXPECT_EQ(mDir.List(),
+            (std::vector<std::string>{"chain.wav", "dangling.wav", "in.wav", "link.wav", "sub"}));
+  EXPECT_EQ(render_test::ListFolder("sub"),
+            (std::vector<std::string>{"new.wav", "old.wav", "relative.wav"}));
 }
 
 TEST_F(TarnRender, HelpListsTheEffectsParameters) {

@@ -1,12 +1,21 @@
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstdio>
 
 #include "AtomicFile.h"
 #include "FloatWavWriter.h"
+#include "OutputKind.h"
 #include "RenderTestFiles.h"
 
 using render::AtomicFile;
 using render::FloatWavWriter;
+using render::KindOfOutput;
+using render::OutputFile;
+using render::OutputKind;
 using render_test::TempDir;
 
 namespace {
@@ -69,16 +78,53 @@ TEST(AtomicFile, CommittedFileHasTheUsualPermissions) {
   EXPECT_EQ(st.st_mode & 0777, 0644u);
 }
 
-TEST(AtomicFile, UnwritableTargetsAreRefusedNamingThem) {
+TEST(OutputFile, UnwritableTargetsAreRefusedNamingThem) {
   TempDir dir;
-  std::string error;
-  EXPECT_FALSE(AtomicFile::Create(dir.File("missing/out.bin"), &error));
-  EXPECT_NE(error.find(dir.File("missing/out.bin")), std::string::npos) << error;
   render_test::WriteBytes(dir.File("plain"), kOld);
-  EXPECT_FALSE(AtomicFile::Create(dir.File("plain/out.bin"), &error));  // parent is a file
-  EXPECT_FALSE(AtomicFile::Create(dir.Path(), &error));                 // the target is a folder
-  EXPECT_NE(error.find("folder"), std::string::npos) << error;
-  EXPECT_EQ(dir.List(), std::vector<std::string>{"plain"});
+  ASSERT_EQ(mkdir(dir.File("folder").c_str(), 0755), 0);
+  ASSERT_EQ(symlink("loop", dir.File("loop").c_str()), 0);
+  const int socketFd = socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::snprintf(address.sun_path, sizeof address.sun_path, "%s", dir.File("socket").c_str());
+  ASSERT_EQ(bind(socketFd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  const struct {
+    std::string path;
+    const char* why;
+  } cases[] = {
+      {dir.File("missing/out.bin"), "No such file"},
+      {dir.File("plain/out.bin"), "Not a directory"},
+      {dir.File("folder"), "is a folder"},
+      {dir.File("loop"), "symbolic links"},
+      {dir.File("socket"), "neither a file, a character device nor a FIFO"},
+  };
+  for (const auto& c : cases) {
+    std::string error;
+    EXPECT_FALSE(OutputFile::Open(c.path, &error));
+    EXPECT_NE(error.find("\"" + c.path + "\""), std::string::npos) << error;
+    EXPECT_NE(error.find(c.why), std::string::npos) << error;
+  }
+  close(socketFd);
+  EXPECT_EQ(dir.List(), (std::vector<std::string>{"folder", "loop", "plain", "socket"}));
+}
+
+// The kind is decided by looking only, so /dev/null is looked at and never written here.
+TEST(OutputKind, DevicesAndFifosAreStreamsRegularAndNewFilesAreFiles) {
+  TempDir dir;
+  ASSERT_EQ(mkfifo(dir.File("fifo").c_str(), 0644), 0);
+  render_test::WriteBytes(dir.File("file"), kOld);
+  ASSERT_EQ(symlink("/dev/null", dir.File("null-link").c_str()), 0);
+  ASSERT_EQ(symlink("missing", dir.File("dangling").c_str()), 0);
+  const struct {
+    std::string path;
+    OutputKind kind;
+  } cases[] = {
+      {"/dev/null", OutputKind::kStream},       {dir.File("null-link"), OutputKind::kStream},
+      {dir.File("fifo"), OutputKind::kStream},  {dir.File("file"), OutputKind::kFile},
+      {dir.File("missing"), OutputKind::kFile}, {dir.File("dangling"), OutputKind::kFile},
+      {dir.Path(), OutputKind::kFolder},
+  };
+  for (const auto& c : cases) EXPECT_EQ(KindOfOutput(c.path), c.kind) << c.path;
 }
 
 TEST(FloatWavWriter, WritesThirtyTwoBitFloatWav) {
