@@ -1,9 +1,11 @@
 #include "CommandLine.h"
 
-#include "Quoted.h"
-
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
+
+#include "Quoted.h"
+#include "SupportedRates.h"
 
 namespace render {
 
@@ -18,7 +20,8 @@ bool ParseBlockFrames(const std::string& text, int* frames, std::string* error) 
     return false;
   }
   if (errno == ERANGE || value < 1 || value > kMaxBlockFrames) {
-    *error = "block size " + Quoted(text) + " is outside 1 to " + std::to_string(kMaxBlockFrames) + " frames";
+    *error = "block size " + Quoted(text) + " is outside 1 to " + std::to_string(kMaxBlockFrames) +
+             " frames";
     return false;
   }
   *frames = static_cast<int>(value);
@@ -28,15 +31,20 @@ bool ParseBlockFrames(const std::string& text, int* frames, std::string* error) 
 bool ParseRate(const std::string& text, double* rate, std::string* error) {
   char* end = nullptr;
   const double value = std::strtod(text.c_str(), &end);
-  if (text.empty() || *end != '\0' || !(value > 0.0 && value <= kMaxSampleRate)) {
-    *error = "rate " + Quoted(text) + " is not a positive number of Hz up to 768000";
+  if (text.empty() || *end != '\0' || std::isnan(value)) {
+    *error = "rate " + Quoted(text) + " is not a number of Hz";
+    return false;
+  }
+  if (!IsSupportedSampleRate(value)) {
+    *error = "rate " + Quoted(text) + " is outside the supported " + SupportedRatesText();
     return false;
   }
   *rate = value;
   return true;
 }
 
-bool ParseParamArgument(const std::string& text, std::vector<ParamArgument>* params, std::string* error) {
+bool ParseParamArgument(const std::string& text, std::vector<ParamArgument>* params,
+                        std::string* error) {
   const std::string::size_type equals = text.find('=');
   if (equals == std::string::npos || equals == 0) {
     *error = "parameter setting " + Quoted(text) + " is not of the form NAME=VALUE";
@@ -68,7 +76,9 @@ const ValueOption kValueOptions[] = {
        return ParseBlockFrames(v, &cli->blockFrames, error);
      }},
     {nullptr, "--rate",
-     [](const std::string& v, CommandLine* cli, std::string* error) { return ParseRate(v, &cli->effectRate, error); }},
+     [](const std::string& v, CommandLine* cli, std::string* error) {
+       return ParseRate(v, &cli->effectRate, error);
+     }},
     {nullptr, "--load-state",
      [](const std::string& v, CommandLine* cli, std::string*) {
        cli->loadState = v;
@@ -83,14 +93,16 @@ const ValueOption kValueOptions[] = {
 
 const ValueOption* FindValueOption(const std::string& option) {
   for (const ValueOption& candidate : kValueOptions) {
-    if ((candidate.shortName && option == candidate.shortName) || option == candidate.longName) return &candidate;
+    if ((candidate.shortName && option == candidate.shortName) || option == candidate.longName)
+      return &candidate;
   }
   return nullptr;
 }
 
 // Reads the option at args[*i], and its value, which may be the next argument (then *i moves on).
 // Long options also take their value after an equals sign: --block=256.
-bool ParseOption(const std::vector<std::string>& args, std::size_t* i, CommandLine* cli, std::string* error) {
+bool ParseOption(const std::vector<std::string>& args, std::size_t* i, CommandLine* cli,
+                 std::string* error) {
   const std::string& arg = args[*i];
   const std::string::size_type equals = arg.rfind("--", 0) == 0 ? arg.find('=') : std::string::npos;
   const std::string option = arg.substr(0, equals);
@@ -118,7 +130,8 @@ bool ParseOption(const std::vector<std::string>& args, std::size_t* i, CommandLi
 
 bool SetInput(const std::string& arg, CommandLine* cli, std::string* error) {
   if (!cli->input.empty()) {
-    *error = "unexpected argument " + Quoted(arg) + ": only one input file can be rendered at a time";
+    *error =
+        "unexpected argument " + Quoted(arg) + ": only one input file can be rendered at a time";
     return false;
   }
   if (arg.empty()) {
@@ -151,9 +164,11 @@ std::string Usage() {
   return "usage: tarn-render [INPUT] [-o OUTPUT] [-p NAME=VALUE]... [--block N] [--rate HZ]\n"
          "                   [--load-state FILE] [--save-state FILE] [--quiet]\n"
          "\n"
-         "Renders INPUT (any mono or stereo file libsndfile reads) through Tarn and writes a\n"
-         "32-bit float WAV of the same rate and channel count. Without INPUT it renders a\n"
-         "built-in demo signal to tarn-demo.wav.\n"
+         "Renders INPUT (any mono or stereo file libsndfile reads, at " +
+         SupportedRatesText() +
+         ")\n"
+         "through Tarn and writes a 32-bit float WAV of the same rate and channel count.\n"
+         "Without INPUT it renders a built-in demo signal to tarn-demo.wav.\n"
          "\n"
          "  -o, --output FILE    output file (default: <input stem>-tarn.wav here)\n"
          "  -p, --param NAME=VALUE\n"
@@ -163,7 +178,9 @@ std::string Usage() {
          "                       its display texts (parameters are listed below)\n"
          "  --block N            frames per processing block, 1 to 8192 (default 512)\n"
          "  --rate HZ            run the effect at this rate instead of the file's own,\n"
-         "                       without resampling (up to 768000)\n"
+         "                       without resampling (" +
+         SupportedRatesText() +
+         ")\n"
          "  --load-state FILE    start from a saved state instead of the defaults\n"
          "  --save-state FILE    save the state after the -p settings\n"
          "  -q, --quiet          no progress display\n"

@@ -9,7 +9,6 @@ namespace render {
 // SetBlockSize, which sizes the plug-in's scratch buffers.
 constexpr int kMaxBlockFrames = 8192;
 constexpr int kDefaultBlockFrames = 512;
-constexpr double kMaxSampleRate = 768000.0;
 
 // One "-p NAME=VALUE" as typed; the parameter table gives it meaning (ParamLookup.h).
 struct ParamArgument {
@@ -18,8 +17,8 @@ struct ParamArgument {
 };
 
 struct CommandLine {
-  std::string input;   // empty: render the built-in demo signal
-  std::string output;  // empty: the default name (OutputPath.h)
+  std::string input;                  // empty: render the built-in demo signal
+  std::string output;                 // empty: the default name (OutputPath.h)
   std::vector<ParamArgument> params;  // in the order given
   int blockFrames = kDefaultBlockFrames;
   double effectRate = 0.0;  // 0: run the effect at the input's own rate

@@ -4,6 +4,7 @@
 #include "plug/ByteChunk.h"
 #include "plug/IParam.h"
 #include "plug/IPlugOffline.h"
+#include "plug/StateCheck.h"
 
 namespace render {
 
@@ -15,8 +16,11 @@ ParamInfo DescribeParam(IParam* param) {
   info.min = param->GetMin();
   info.max = param->GetMax();
   const int nTexts = static_cast<int>(param->GetNDisplayTexts());
-  for (int i = 0; i < nTexts; ++i) info.displayTexts.push_back(param->GetDisplayTextAtIdx(i, nullptr));
-  info.mapDisplayText = [param](const char* text, int* value) { return param->MapDisplayText(text, value); };
+  for (int i = 0; i < nTexts; ++i)
+    info.displayTexts.push_back(param->GetDisplayTextAtIdx(i, nullptr));
+  info.mapDisplayText = [param](const char* text, int* value) {
+    return param->MapDisplayText(text, value);
+  };
   return info;
 }
 
@@ -38,10 +42,13 @@ std::vector<unsigned char> EffectSession::SaveState() {
   return std::vector<unsigned char>(bytes, bytes + chunk.Size());
 }
 
-bool EffectSession::RestoreState(const std::vector<unsigned char>& state) {
+std::string EffectSession::RestoreState(const std::vector<unsigned char>& state) {
+  const std::string problem = StateProblem(*mPlug, state.data(), state.size());
+  if (!problem.empty()) return problem;
   ByteChunk chunk;
   chunk.PutBytes(state.data(), static_cast<int>(state.size()));
-  return mPlug->UnserializeState(&chunk, 0) == chunk.Size();
+  mPlug->UnserializeState(&chunk, 0);
+  return std::string();
 }
 
 void EffectSession::SetParameter(int index, double value) { mPlug->SetParameter(index, value); }
@@ -59,6 +66,8 @@ void EffectSession::Process(float** inputs, float** outputs, int nFrames) {
 
 double EffectSession::Needle() const { return mTarn->GetNeedle(); }
 
-std::unique_ptr<RenderEffect> MakeTarnEffect(std::string*) { return std::make_unique<EffectSession>(); }
+std::unique_ptr<RenderEffect> MakeTarnEffect(std::string*) {
+  return std::make_unique<EffectSession>();
+}
 
 }  // namespace render

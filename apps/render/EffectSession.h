@@ -1,10 +1,9 @@
 #pragma once
 
-#include "RenderEffect.h"
-
-#include "plug/IPlugAdaptor.h"
-
 #include <memory>
+
+#include "RenderEffect.h"
+#include "plug/IPlugAdaptor.h"
 
 class Tarn;
 
@@ -14,18 +13,18 @@ namespace render {
 // parameters and state through the base's table and state calls, audio through the host's
 // single-precision path (ProcessAudio, which widens to double, runs the effect and narrows back).
 class EffectSession : public RenderEffect {
-public:
+ public:
   EffectSession();
 
   std::vector<ParamInfo> Params() override;
   std::vector<unsigned char> SaveState() override;
-  bool RestoreState(const std::vector<unsigned char>& state) override;
+  std::string RestoreState(const std::vector<unsigned char>& state) override;
   void SetParameter(int index, double value) override;
   void Prepare(double sampleRate, int nChannels, int maxBlockFrames) override;
   void Process(float** inputs, float** outputs, int nFrames) override;
   double Needle() const override;
 
-private:
+ private:
   std::unique_ptr<IPlugAdaptor> mPlug;
   Tarn* mTarn;  // the same object as mPlug, seen as the effect
 };

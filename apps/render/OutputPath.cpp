@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "LinkTarget.h"
+
 namespace render {
 
 namespace fs = std::filesystem;
@@ -13,11 +15,14 @@ std::string DefaultOutputPath(const std::string& inputPath) {
 
 namespace {
 
-// The absolute path with links and "." / ".." resolved as far as the path exists; a relative
+// The absolute path with links and "." / ".." resolved as far as the path exists, and a link to
+// a file not there yet followed as well, since an output is written through it; a relative
 // path is made absolute first, or a name that does not exist yet would stay relative.
 bool ResolvedPath(const std::string& path, fs::path* resolved) {
+  std::string target;
+  if (!FollowLinks(path, &target)) return false;
   std::error_code ec;
-  const fs::path absolute = fs::absolute(path, ec);
+  const fs::path absolute = fs::absolute(target, ec);
   if (ec) return false;
   *resolved = fs::weakly_canonical(absolute, ec).lexically_normal();
   return !ec;

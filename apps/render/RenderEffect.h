@@ -1,10 +1,10 @@
 #pragma once
 
-#include "ParamLookup.h"
-
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "ParamLookup.h"
 
 namespace render {
 
@@ -12,15 +12,18 @@ namespace render {
 // RestoreState, SetParameter for each -p, Prepare, then Process block by block. The real one
 // wraps the Tarn plug-in (EffectSession.h); tests drive the renderer with simple stand-ins.
 class RenderEffect {
-public:
+ public:
   virtual ~RenderEffect() = default;
 
   // The plug-in's parameter table, in index order.
   virtual std::vector<ParamInfo> Params() = 0;
   // The serialised state of all parameters; a fresh effect's state holds the defaults.
   virtual std::vector<unsigned char> SaveState() = 0;
-  // Restores a full state, as a host does when it reopens a session.
-  virtual bool RestoreState(const std::vector<unsigned char>& state) = 0;
+  // Restores a full state, as a host does when it reopens a session. A state that is not whole
+  // (one finite value for every parameter) is refused as a whole, the effect keeping the state it
+  // had: the answer is then what is wrong with it, in a phrase such as "is 63 bytes; a state is
+  // 64 bytes" or "holds NaN for \"Drive\"", and empty when the state was restored.
+  virtual std::string RestoreState(const std::vector<unsigned char>& state) = 0;
   // Sets a parameter as host automation does (the plug-in clamps it into its range).
   virtual void SetParameter(int index, double value) = 0;
   // Sample rate, reset, channel layout (nChannels in and out) and the largest block to come.

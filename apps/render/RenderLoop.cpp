@@ -1,10 +1,10 @@
 #include "RenderLoop.h"
 
-#include "Quoted.h"
-
 #include <algorithm>
 #include <chrono>
 #include <vector>
+
+#include "Quoted.h"
 
 namespace render {
 
@@ -12,7 +12,7 @@ namespace {
 
 // Planar single-precision channels of one block, with the pointer array the effect takes.
 class PlanarBlock {
-public:
+ public:
   PlanarBlock(int nChannels, int nFrames) : mData(nChannels, std::vector<float>(nFrames)) {
     for (std::vector<float>& channel : mData) mPointers.push_back(channel.data());
   }
@@ -33,16 +33,16 @@ public:
     }
   }
 
-private:
+ private:
   std::vector<std::vector<float>> mData;
   std::vector<float*> mPointers;
 };
 
 }  // namespace
 
-bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& writer, int blockFrames,
-                 ProgressDisplay& progress, const std::function<bool()>& interrupted, RenderReport* report,
-                 std::string* error) {
+bool RenderAudio(AudioSource& source, RenderEffect& effect, FloatWavWriter& writer, int blockFrames,
+                 ProgressDisplay& progress, const std::function<bool()>& interrupted,
+                 RenderReport* report, std::string* error) {
   const int nChannels = source.NChannels();
   const long long total = source.NFrames();
   std::vector<float> interleaved(static_cast<std::size_t>(blockFrames) * nChannels);
@@ -50,6 +50,7 @@ bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& wri
   PlanarBlock out(nChannels, blockFrames);
   report->input = LevelStats(nChannels);
   report->output = LevelStats(nChannels);
+  report->nonFinite = NonFiniteInput();
 
   long long done = 0;
   while (done < total) {
@@ -57,19 +58,22 @@ bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& wri
       *error = "interrupted";
       return false;
     }
-    const long long got = source.Read(interleaved.data(), std::min<long long>(blockFrames, total - done), error);
+    const long long got =
+        source.Read(interleaved.data(), std::min<long long>(blockFrames, total - done), error);
     if (got < 0) return false;
     if (got == 0) {
-      *error = "input " + Quoted(source.Describe()) + " ended after " + std::to_string(done) + " of its " +
-               std::to_string(total) + " frames";
+      *error = "input " + Quoted(source.Describe()) + " ended after " + std::to_string(done) +
+               " of its " + std::to_string(total) + " frames";
       return false;
     }
     const int n = static_cast<int>(got);
+    report->nonFinite.Replace(interleaved.data(), n, nChannels, done);
     in.Deinterleave(interleaved.data(), n);
     report->input.Add(in.Pointers(), n);
     const auto start = std::chrono::steady_clock::now();
     effect.Process(in.Pointers(), out.Pointers(), n);
-    report->processSeconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    report->processSeconds +=
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     report->output.Add(out.Pointers(), n);
     out.Interleave(interleaved.data(), n);
     if (!writer.Write(interleaved.data(), n, error)) return false;

@@ -1,23 +1,25 @@
 #pragma once
 
-#include "AudioSource.h"
-#include "LevelStats.h"
-#include "ProgressDisplay.h"
-#include "RenderEffect.h"
-#include "SoundFileWriter.h"
-
 #include <functional>
 #include <string>
+
+#include "AudioSource.h"
+#include "FloatWavWriter.h"
+#include "LevelStats.h"
+#include "NonFiniteInput.h"
+#include "ProgressDisplay.h"
+#include "RenderEffect.h"
 
 namespace render {
 
 // What a render measured, for the summary.
 struct RenderReport {
   int nChannels = 0;
-  int fileRate = 0;        // the input's rate, which the output keeps
-  double effectRate = 0;   // the rate the effect ran at
+  int fileRate = 0;       // the input's rate, which the output keeps
+  double effectRate = 0;  // the rate the effect ran at
   long long nFrames = 0;
-  LevelStats input;
+  LevelStats input;  // after non-finite samples were replaced
+  NonFiniteInput nonFinite;
   LevelStats output;
   double needle = 0.0;
   // Time spent inside the effect, without reading, generating or writing audio.
@@ -28,8 +30,8 @@ struct RenderReport {
 // shorter) and writes the result. `interrupted` is asked before every block; a true answer
 // stops the render as a failure. On failure *error says why and the writer is left uncommitted.
 // The caller finishes the progress display, whatever the outcome.
-bool RenderAudio(AudioSource& source, RenderEffect& effect, SoundFileWriter& writer, int blockFrames,
-                 ProgressDisplay& progress, const std::function<bool()>& interrupted, RenderReport* report,
-                 std::string* error);
+bool RenderAudio(AudioSource& source, RenderEffect& effect, FloatWavWriter& writer, int blockFrames,
+                 ProgressDisplay& progress, const std::function<bool()>& interrupted,
+                 RenderReport* report, std::string* error);
 
 }  // namespace render

@@ -1,9 +1,10 @@
 #include "SoundFileReader.h"
 
+#include <cstdio>
+
 #include "Quoted.h"
 #include "ReadableFile.h"
-
-#include <cstdio>
+#include "SupportedRates.h"
 
 namespace render {
 
@@ -20,7 +21,8 @@ bool CheckReadable(const std::string& path, std::string* error) {
 
 }  // namespace
 
-std::unique_ptr<SoundFileReader> SoundFileReader::Open(const std::string& path, std::string* error) {
+std::unique_ptr<SoundFileReader> SoundFileReader::Open(const std::string& path,
+                                                       std::string* error) {
   if (!CheckReadable(path, error)) return nullptr;
   SF_INFO info{};
   SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
@@ -32,6 +34,11 @@ std::unique_ptr<SoundFileReader> SoundFileReader::Open(const std::string& path, 
   if (info.channels > 2) {
     *error = "input " + Quoted(path) + " has " + std::to_string(info.channels) +
              " channels; only mono and stereo files can be rendered";
+    return nullptr;
+  }
+  if (!IsSupportedSampleRate(info.samplerate)) {
+    *error = "input " + Quoted(path) + " is at " + std::to_string(info.samplerate) +
+             " Hz; the supported rates are " + SupportedRatesText();
     return nullptr;
   }
   if (info.frames <= 0) {

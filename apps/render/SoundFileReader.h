@@ -1,15 +1,17 @@
 #pragma once
 
-#include "AudioSource.h"
+#include <sndfile.h>
 
 #include <memory>
-#include <sndfile.h>
+
+#include "AudioSource.h"
 
 namespace render {
 
-// An input file in any format libsndfile reads, mono or stereo, with at least one frame.
+// An input file in any format libsndfile reads, mono or stereo, at a rate the effect supports,
+// with at least one frame.
 class SoundFileReader : public AudioSource {
-public:
+ public:
   // Opens and checks the file; on failure returns null and says why, naming the file.
   static std::unique_ptr<SoundFileReader> Open(const std::string& path, std::string* error);
   ~SoundFileReader() override;
@@ -22,7 +24,7 @@ public:
   std::string Describe() const override { return mPath; }
   long long Read(float* interleaved, long long nFrames, std::string* error) override;
 
-private:
+ private:
   SoundFileReader(std::string path, SNDFILE* file, const SF_INFO& info);
 
   std::string mPath;

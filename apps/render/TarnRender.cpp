@@ -2,12 +2,12 @@
 
 #include "CommandLine.h"
 #include "DemoSignal.h"
+#include "FloatWavWriter.h"
 #include "OutputPath.h"
 #include "ParamLookup.h"
 #include "Quoted.h"
 #include "RenderLoop.h"
 #include "SoundFileReader.h"
-#include "SoundFileWriter.h"
 #include "StateFile.h"
 #include "Summary.h"
 
@@ -29,8 +29,8 @@ bool CheckDistinctFiles(const std::vector<NamedPath>& read, const std::vector<Na
     others.insert(others.end(), written.begin(), written.begin() + w);
     for (const NamedPath& other : others) {
       if (!other.path.empty() && SameFile(written[w].path, other.path)) {
-        *error = written[w].role + " " + Quoted(written[w].path) + " is the same file as " + other.role + " " +
-                 Quoted(other.path);
+        *error = written[w].role + " " + Quoted(written[w].path) + " is the same file as " +
+                 other.role + " " + Quoted(other.path);
         return false;
       }
     }
@@ -40,15 +40,17 @@ bool CheckDistinctFiles(const std::vector<NamedPath>& read, const std::vector<Na
 
 // One run of the renderer, step by step in the order a host restoring a session would take.
 class RenderJob {
-public:
+ public:
   RenderJob(const CommandLine& cli, const Console& console) : mCli(cli), mConsole(console) {}
 
-  bool Run(const EffectFactory& makeEffect, const std::function<bool()>& interrupted, std::string* error) {
-    return OpenInput(error) && CreateOutputs(error) && MakeEffect(makeEffect, error) && RestoreState(error) &&
-           ApplyParams(error) && SaveState(error) && Render(interrupted, error) && Commit(error);
+  bool Run(const EffectFactory& makeEffect, const std::function<bool()>& interrupted,
+           std::string* error) {
+    return OpenInput(error) && MakeEffect(makeEffect, error) && RestoreState(error) &&
+           ApplyParams(error) && CreateOutputs(error) && SaveState(error) &&
+           Render(interrupted, error) && Commit(error);
   }
 
-private:
+ private:
   bool OpenInput(std::string* error) {
     if (mCli.input.empty()) {
       mSource = std::make_unique<DemoSignal>();
@@ -56,21 +58,6 @@ private:
     }
     mSource = SoundFileReader::Open(mCli.input, error);
     return mSource != nullptr;
-  }
-
-  // The output files are created (as temporary files) before any work, so that a folder that
-  // cannot be written to is reported at once.
-  bool CreateOutputs(std::string* error) {
-    mOutputPath = mCli.output.empty() ? DefaultOutputPath(mCli.input) : mCli.output;
-    if (!CheckDistinctFiles({{"the input", mCli.input}, {"the state file to load", mCli.loadState}},
-                            {{"the output", mOutputPath}, {"the state file to save", mCli.saveState}}, error)) {
-      return false;
-    }
-    mWriter = SoundFileWriter::Create(mOutputPath, mSource->NChannels(), mSource->SampleRate(), error);
-    if (!mWriter) return false;
-    if (mCli.saveState.empty()) return true;
-    mStateOut = AtomicFile::Create(mCli.saveState, error);
-    return mStateOut != nullptr;
   }
 
   bool MakeEffect(const EffectFactory& makeEffect, std::string* error) {
@@ -81,13 +68,14 @@ private:
   // The full state first, the defaults or a saved one, as a host reopening a session restores it.
   bool RestoreState(std::string* error) {
     std::vector<unsigned char> state = mEffect->SaveState();  // a fresh effect holds its defaults
-    if (!mCli.loadState.empty() && !ReadStateFile(mCli.loadState, state.size(), &state, error)) return false;
-    if (!mEffect->RestoreState(state)) {
-      *error = "the effect did not accept the state" +
-               (mCli.loadState.empty() ? std::string() : " in " + Quoted(mCli.loadState));
+    if (!mCli.loadState.empty() && !ReadStateFile(mCli.loadState, state.size(), &state, error))
       return false;
-    }
-    return true;
+    const std::string problem = mEffect->RestoreState(state);
+    if (problem.empty()) return true;
+    *error = (mCli.loadState.empty() ? std::string("the effect's default state")
+                                     : "state file " + Quoted(mCli.loadState)) +
+             " " + problem;
+    return false;
   }
 
   // Then each -p in the order given, as host automation.
@@ -103,6 +91,24 @@ private:
     return true;
   }
 
+  // The outputs are opened once all that can be refused before rendering has been checked, so
+  // that the reader of a FIFO given as output gets nothing from a run that fails early, yet
+  // before the render, so that a folder that cannot be written to is reported at once.
+  bool CreateOutputs(std::string* error) {
+    mOutputPath = mCli.output.empty() ? DefaultOutputPath(mCli.input) : mCli.output;
+    if (!CheckDistinctFiles(
+            {{"the input", mCli.input}, {"the state file to load", mCli.loadState}},
+            {{"the output", mOutputPath}, {"the state file to save", mCli.saveState}}, error)) {
+      return false;
+    }
+    mWriter = FloatWavWriter::Create(mOutputPath, mSource->NChannels(), mSource->SampleRate(),
+                                     mSource->NFrames(), error);
+    if (!mWriter) return false;
+    if (mCli.saveState.empty()) return true;
+    mStateOut = OutputFile::Open(mCli.saveState, error);
+    return mStateOut != nullptr;
+  }
+
   bool SaveState(std::string* error) {
     if (!mStateOut) return true;
     const std::vector<unsigned char> state = mEffect->SaveState();
@@ -112,9 +118,10 @@ private:
   bool Render(const std::function<bool()>& interrupted, std::string* error) {
     const double effectRate = mCli.effectRate > 0.0 ? mCli.effectRate : mSource->SampleRate();
     mEffect->Prepare(effectRate, mSource->NChannels(), mCli.blockFrames);
-    ProgressDisplay progress(mConsole.err, mSource->NFrames(), mConsole.errIsTerminal && !mCli.quiet);
-    const bool rendered =
-        RenderAudio(*mSource, *mEffect, *mWriter, mCli.blockFrames, progress, interrupted, &mReport, error);
+    ProgressDisplay progress(mConsole.err, mSource->NFrames(),
+                             mConsole.errIsTerminal && !mCli.quiet);
+    const bool rendered = RenderAudio(*mSource, *mEffect, *mWriter, mCli.blockFrames, progress,
+                                      interrupted, &mReport, error);
     progress.Finish();
     mReport.effectRate = effectRate;
     return rendered;
@@ -131,8 +138,8 @@ private:
   const Console& mConsole;
   std::unique_ptr<AudioSource> mSource;
   std::string mOutputPath;
-  std::unique_ptr<SoundFileWriter> mWriter;
-  std::unique_ptr<AtomicFile> mStateOut;
+  std::unique_ptr<FloatWavWriter> mWriter;
+  std::unique_ptr<OutputFile> mStateOut;
   std::unique_ptr<RenderEffect> mEffect;
   RenderReport mReport;
 };
@@ -146,8 +153,8 @@ void PrintHelp(const EffectFactory& makeEffect, const Console& console) {
 
 }  // namespace
 
-int RunTarnRender(const std::vector<std::string>& args, const EffectFactory& makeEffect, const Console& console,
-                  const std::function<bool()>& interrupted) {
+int RunTarnRender(const std::vector<std::string>& args, const EffectFactory& makeEffect,
+                  const Console& console, const std::function<bool()>& interrupted) {
   CommandLine cli;
   std::string error;
   if (!ParseCommandLine(args, &cli, &error)) {

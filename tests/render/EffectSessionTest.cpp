@@ -1,19 +1,18 @@
 // The renderer with the real Tarn plug-in: the parameter table and state it reads from the
 // plug-in, the host path it drives, and the program end to end.
 
-#include "DemoSignal.h"
-#include "EffectSession.h"
-#include "ParamLookup.h"
-#include "TarnRender.h"
-
-#include "AllocationCounter.h"
-#include "RenderTestFiles.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
 #include <sstream>
+
+#include "AllocationCounter.h"
+#include "DemoSignal.h"
+#include "EffectSession.h"
+#include "ParamLookup.h"
+#include "RenderTestFiles.h"
+#include "TarnRender.h"
 
 using render::EffectSession;
 using render::ParamInfo;
@@ -60,15 +59,18 @@ TEST(EffectSession, ParameterTableComesFromThePlugIn) {
   EffectSession session;
   const std::vector<ParamInfo> table = session.Params();
   ASSERT_EQ(table.size(), 8u);
-  const char* names[] = {"Input Trim",      "Drive",   "Output Compensation", "Asymmetry",
-                         "Freq Response",   "Crosstalk Level", "VU Mode",   "Bypass"};
-  const double ranges[][2] = {{-20, 20}, {0, 10}, {-20, 20}, {0, 10}, {-10, 10}, {-120, -60}, {0, 2}, {0, 1}};
+  const char* names[] = {"Input Trim", "Drive",         "Output Compensation",
+                         "Asymmetry",  "Freq Response", "Crosstalk Level",
+                         "VU Mode",    "Bypass"};
+  const double ranges[][2] = {{-20, 20}, {0, 10},     {-20, 20}, {0, 10},
+                              {-10, 10}, {-120, -60}, {0, 2},    {0, 1}};
   for (int i = 0; i < 8; ++i) {
     EXPECT_EQ(table[i].name, names[i]);
     EXPECT_EQ(table[i].min, ranges[i][0]) << names[i];
     EXPECT_EQ(table[i].max, ranges[i][1]) << names[i];
   }
-  EXPECT_EQ(table[6].displayTexts, (std::vector<std::string>{"Input", "RMS Difference Out-In", "Output"}));
+  EXPECT_EQ(table[6].displayTexts,
+            (std::vector<std::string>{"Input", "RMS Difference Out-In", "Output"}));
   EXPECT_EQ(table[7].displayTexts, (std::vector<std::string>{"off", "on"}));
   int value = -1;
   EXPECT_TRUE(table[6].mapDisplayText("Output", &value));
@@ -78,14 +80,17 @@ TEST(EffectSession, ParameterTableComesFromThePlugIn) {
 TEST(EffectSession, ShortKeysAndTextsResolveAgainstThePlugInsTable) {
   EffectSession session;
   const std::vector<ParamInfo> table = session.Params();
-  const char* keys[] = {"trim", "drive", "output", "asymmetry", "freq", "crosstalk", "vumode", "bypass"};
+  const char* keys[] = {"trim", "drive",     "output", "asymmetry",
+                        "freq", "crosstalk", "vumode", "bypass"};
   for (int i = 0; i < 8; ++i) {
     std::string error;
     EXPECT_EQ(render::FindParam(table, keys[i], &error), i) << keys[i] << ": " << error;
   }
   render::ParamSetting setting;
   std::string warning, error;
-  ASSERT_TRUE(render::ResolveParam(table, {"vumode", "RMS Difference Out-In"}, &setting, &warning, &error)) << error;
+  ASSERT_TRUE(
+      render::ResolveParam(table, {"vumode", "RMS Difference Out-In"}, &setting, &warning, &error))
+      << error;
   EXPECT_EQ(setting.value, 1.0);
   ASSERT_TRUE(render::ResolveParam(table, {"bypass", "on"}, &setting, &warning, &error)) << error;
   EXPECT_EQ(setting.value, 1.0);
@@ -104,8 +109,31 @@ TEST(EffectSession, AutomationAndRestoredStatesAreClampedIntoRange) {
   session.SetParameter(5, -130.0);
   session.SetParameter(4, 2.5);
   EXPECT_EQ(StateValues(session.SaveState()), (std::vector<double>{0, 10, 0, 5, 2.5, -120, 0, 0}));
-  ASSERT_TRUE(session.RestoreState(StateOf({1, 99, -3, 0.5, -11, -70, 2, 1})));
-  EXPECT_EQ(StateValues(session.SaveState()), (std::vector<double>{1, 10, -3, 0.5, -10, -70, 2, 1}));
+  ASSERT_EQ(session.RestoreState(StateOf({1, 99, -3, 0.5, -11, -70, 2, 1})), "");
+  EXPECT_EQ(StateValues(session.SaveState()),
+            (std::vector<double>{1, 10, -3, 0.5, -10, -70, 2, 1}));
+}
+
+// A state that is not whole is refused as a whole: the session keeps the one it had.
+TEST(EffectSession, RestoreRefusesStatesThatAreNotWhole) {
+  std::vector<unsigned char> shortState = StateOf({1, 2, 3, 4, 5, -70, 1, 0});
+  shortState.pop_back();
+  const struct {
+    std::vector<unsigned char> state;
+    const char* problem;
+  } cases[] = {
+      {StateOf({1, 2, 3, 4, 5, -70, NAN, 0}), "holds NaN for \"VU Mode\""},
+      {StateOf({1, INFINITY, 3, 4, 5, -70, 1, 0}), "holds +infinity for \"Drive\""},
+      {StateOf({1, 2, 3, 4, 5, -INFINITY, 1, 0}), "holds -infinity for \"Crosstalk Level\""},
+      {shortState, "is 63 bytes; a state is 64 bytes"},
+  };
+  for (const auto& c : cases) {
+    EffectSession session;
+    session.SetParameter(1, 7.0);
+    const std::vector<unsigned char> before = session.SaveState();
+    EXPECT_EQ(session.RestoreState(c.state), c.problem);
+    EXPECT_EQ(session.SaveState(), before) << c.problem;
+  }
 }
 
 TEST(EffectSession, OutputDoesNotDependOnTheBlockSize) {
@@ -138,18 +166,21 @@ TEST(EffectSession, BypassedMonoRenderIsTheTrimmedInput) {
   render_test::Sound input;
   input.nChannels = 1;
   input.sampleRate = 44100;
-  for (int i = 0; i < 5000; ++i) input.samples.push_back(static_cast<float>(0.5 * std::sin(0.01 * i)));
+  for (int i = 0; i < 5000; ++i)
+    input.samples.push_back(static_cast<float>(0.5 * std::sin(0.01 * i)));
   render_test::WriteSound("in.wav", input, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
   std::ostringstream out, err;
   const render::Console console{out, err, false};
-  const int status = render::RunTarnRender({"in.wav", "-p", "bypass=on", "-p", "trim=-6.020599913279624"},
-                                           render::MakeTarnEffect, console, [] { return false; });
+  const int status =
+      render::RunTarnRender({"in.wav", "-p", "bypass=on", "-p", "trim=-6.020599913279624"},
+                            render::MakeTarnEffect, console, [] { return false; });
   ASSERT_EQ(status, 0) << err.str();
   const render_test::Sound rendered = render_test::ReadSound("in-tarn.wav");
   ASSERT_EQ(rendered.nChannels, 1);
   ASSERT_EQ(rendered.samples.size(), input.samples.size());
   for (std::size_t i = 0; i < input.samples.size(); ++i) {
-    ASSERT_NEAR(rendered.samples[i], input.samples[i] * 0.5 * 1.0001 * 1.0001, 1e-4) << "frame " << i;
+    ASSERT_NEAR(rendered.samples[i], input.samples[i] * 0.5 * 1.0001 * 1.0001, 1e-4)
+        << "frame " << i;
   }
   EXPECT_NE(out.str().find("needle"), std::string::npos);
 }
@@ -159,8 +190,8 @@ TEST(EffectSession, DemoRenderEndToEnd) {
   render_test::WorkingFolder here(dir.Path());
   std::ostringstream out, err;
   const render::Console console{out, err, false};
-  ASSERT_EQ(render::RunTarnRender({"-p", "drive=6", "--save-state", "s.state"}, render::MakeTarnEffect, console,
-                                  [] { return false; }),
+  ASSERT_EQ(render::RunTarnRender({"-p", "drive=6", "--save-state", "s.state"},
+                                  render::MakeTarnEffect, console, [] { return false; }),
             0)
       << err.str();
   const render_test::Sound rendered = render_test::ReadSound("tarn-demo.wav");
@@ -174,7 +205,8 @@ TEST(EffectSession, DemoRenderEndToEnd) {
   }
   EXPECT_GT(peak, 0.01f);
   EXPECT_LE(peak, 20.1f);
-  EXPECT_EQ(StateValues(render_test::ReadBytes("s.state")), (std::vector<double>{0, 6, 0, 5, 0, -90, 0, 0}));
+  EXPECT_EQ(StateValues(render_test::ReadBytes("s.state")),
+            (std::vector<double>{0, 6, 0, 5, 0, -90, 0, 0}));
 }
 
 // The same command gives the same file to the byte, run twice or in any block size.
@@ -195,5 +227,53 @@ TEST(EffectSession, RendersAreReproducibleToTheByte) {
   EXPECT_EQ(render("512", "again.wav"), reference);
   for (const char* block : {"1", "64", "4096"}) {
     EXPECT_EQ(render(block, std::string("block") + block + ".wav"), reference) << "block " << block;
+  }
+}
+
+// A NaN or infinity in the input (here in the last channel only, across a block boundary) is
+// rendered as if it had been silence, and the summary says how many there were and where.
+TEST(EffectSession, NonFiniteInputRendersAsSilenceWithAWarning) {
+  const float kNaN = std::nanf(""), kInf = INFINITY;
+  const struct {
+    int nChannels;
+    std::vector<float> burst;
+    const char* warning;
+  } cases[] = {
+      {1,
+       {kNaN},
+       "warning: 1 input sample was not a finite number (NaN or infinity) and was replaced with "
+       "0.0, at frame 1020\n"},
+      {2,
+       {kNaN, kInf, -kInf, kNaN, kNaN, kNaN, kNaN, kNaN, kNaN, kInf},
+       "warning: 10 input samples were not finite numbers (NaN or infinity) and were replaced "
+       "with 0.0; the first at frame 1020\n"},
+  };
+  render_test::TempDir dir;
+  render_test::WorkingFolder here(dir.Path());
+  for (const auto& c : cases) {
+    render_test::Sound zeros;
+    zeros.nChannels = c.nChannels;
+    zeros.sampleRate = 44100;
+    for (int i = 0; i < 4000 * c.nChannels; ++i)
+      zeros.samples.push_back(0.5f * std::sin(0.03f * i));
+    render_test::Sound burst = zeros;
+    for (std::size_t i = 0; i < c.burst.size(); ++i) {
+      const std::size_t at = (1020 + i + 1) * c.nChannels - 1;
+      zeros.samples[at] = 0.0f;
+      burst.samples[at] = c.burst[i];
+    }
+    render_test::WriteSound("zeros.wav", zeros, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+    render_test::WriteSound("burst.wav", burst, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+    std::ostringstream out, err;
+    const render::Console console{out, err, false};
+    for (const char* name : {"zeros.wav", "burst.wav"}) {
+      ASSERT_EQ(render::RunTarnRender({name, "-p", "drive=6", "--block", "256"},
+                                      render::MakeTarnEffect, console, [] { return false; }),
+                0)
+          << err.str();
+    }
+    EXPECT_EQ(render_test::ReadBytes("burst-tarn.wav"), render_test::ReadBytes("zeros-tarn.wav"))
+        << c.nChannels << " channels";
+    EXPECT_NE(out.str().find(c.warning), std::string::npos) << out.str();
   }
 }

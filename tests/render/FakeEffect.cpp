@@ -1,6 +1,7 @@
 #include "FakeEffect.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -16,7 +17,8 @@ std::string Call(const char* format, double a, double b = 0, double c = 0) {
 
 }  // namespace
 
-render::ParamInfo FakeParam(const std::string& name, double min, double max, std::vector<std::string> texts) {
+render::ParamInfo FakeParam(const std::string& name, double min, double max,
+                            std::vector<std::string> texts) {
   render::ParamInfo info;
   info.name = name;
   info.min = min;
@@ -47,11 +49,19 @@ std::vector<unsigned char> FakeEffect::State(double gain, double mode) {
 
 std::vector<unsigned char> FakeEffect::SaveState() { return State(mValues[0], mValues[1]); }
 
-bool FakeEffect::RestoreState(const std::vector<unsigned char>& state) {
-  if (state.size() != 16) return false;
-  std::memcpy(mValues, state.data(), 16);
+std::string FakeEffect::RestoreState(const std::vector<unsigned char>& state) {
+  if (state.size() != 16)
+    return "is " + std::to_string(state.size()) + " bytes; a state is 16 bytes";
+  double values[2];
+  std::memcpy(values, state.data(), 16);
+  for (int i = 0; i < 2; ++i) {
+    if (std::isfinite(values[i])) continue;
+    const char* what = std::isnan(values[i]) ? "NaN" : values[i] > 0 ? "+infinity" : "-infinity";
+    return std::string("holds ") + what + " for \"" + Params()[i].name + "\"";
+  }
+  std::memcpy(mValues, values, 16);
   mLog->calls.push_back(Call("restore %g %g", mValues[0], mValues[1]));
-  return true;
+  return std::string();
 }
 
 void FakeEffect::SetParameter(int index, double value) {

@@ -4,19 +4,20 @@
 // predicted by hand: two parameters, "Output Gain" (0 to 2, default 1) and "Mode" (texts "A",
 // "B", "C"), a state of their two values as doubles, and processing that multiplies by the gain.
 
-#include "ParamLookup.h"
-#include "RenderEffect.h"
-
 #include <string>
 #include <vector>
+
+#include "ParamLookup.h"
+#include "RenderEffect.h"
 
 namespace render_test {
 
 // A parameter description whose texts map to their positions, exact text only.
-render::ParamInfo FakeParam(const std::string& name, double min, double max, std::vector<std::string> texts = {});
+render::ParamInfo FakeParam(const std::string& name, double min, double max,
+                            std::vector<std::string> texts = {});
 
 class FakeEffect : public render::RenderEffect {
-public:
+ public:
   // Everything the renderer asks of the effect, in order: "restore 1 0", "set 0 0.5",
   // "prepare 44100 1 512"; block lengths go to `blocks`.
   struct Log {
@@ -28,7 +29,7 @@ public:
 
   std::vector<render::ParamInfo> Params() override;
   std::vector<unsigned char> SaveState() override;
-  bool RestoreState(const std::vector<unsigned char>& state) override;
+  std::string RestoreState(const std::vector<unsigned char>& state) override;
   void SetParameter(int index, double value) override;
   void Prepare(double sampleRate, int nChannels, int maxBlockFrames) override;
   void Process(float** inputs, float** outputs, int nFrames) override;
@@ -36,7 +37,7 @@ public:
 
   static std::vector<unsigned char> State(double gain, double mode);
 
-private:
+ private:
   Log* mLog;
   int mChannels = 0;
   double mValues[2] = {1.0, 0.0};

@@ -1,10 +1,8 @@
-#include "OutputPath.h"
-
-#include "RenderTestFiles.h"
-
 #include <gtest/gtest.h>
-
 #include <unistd.h>
+
+#include "OutputPath.h"
+#include "RenderTestFiles.h"
 
 using render::DefaultOutputPath;
 using render::SameFile;
@@ -34,4 +32,8 @@ TEST(OutputPath, LinksToAFileAreThatFile) {
   ASSERT_EQ(link(dir.File("a.wav").c_str(), dir.File("hard.wav").c_str()), 0);
   EXPECT_TRUE(SameFile(dir.File("soft.wav"), dir.File("a.wav")));
   EXPECT_TRUE(SameFile(dir.File("hard.wav"), dir.File("a.wav")));
+  // A link to a file not there yet is that file too, once it is written through the link.
+  ASSERT_EQ(symlink("new.wav", dir.File("dangling.wav").c_str()), 0);
+  ASSERT_EQ(symlink("dangling.wav", dir.File("chain.wav").c_str()), 0);
+  EXPECT_TRUE(SameFile(dir.File("chain.wav"), dir.File("new.wav")));
 }

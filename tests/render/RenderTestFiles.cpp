@@ -24,9 +24,9 @@ TempDir::~TempDir() {
   if (!mPath.empty()) fs::remove_all(mPath, ec);
 }
 
-std::vector<std::string> TempDir::List() const {
+std::vector<std::string> ListFolder(const std::string& path) {
   std::vector<std::string> names;
-  for (const fs::directory_entry& entry : fs::directory_iterator(mPath)) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(path)) {
     names.push_back(entry.path().filename().string());
   }
   std::sort(names.begin(), names.end());
@@ -67,12 +67,14 @@ Sound ReadSound(const std::string& path) {
 
 std::vector<unsigned char> ReadBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  return std::vector<unsigned char>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  return std::vector<unsigned char>(std::istreambuf_iterator<char>(in),
+                                    std::istreambuf_iterator<char>());
 }
 
 void WriteBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
   std::ofstream out(path, std::ios::binary);
-  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
 }
 
 }  // namespace render_test

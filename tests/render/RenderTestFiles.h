@@ -9,9 +9,12 @@
 
 namespace render_test {
 
+// Names of everything in a folder, hidden files included, sorted.
+std::vector<std::string> ListFolder(const std::string& path);
+
 // A fresh folder under the system's temporary folder, removed with everything in it.
 class TempDir {
-public:
+ public:
   TempDir();
   ~TempDir();
   TempDir(const TempDir&) = delete;
@@ -19,20 +22,19 @@ public:
 
   const std::string& Path() const { return mPath; }
   std::string File(const std::string& name) const { return mPath + "/" + name; }
-  // Names of everything in the folder, hidden files included, sorted.
-  std::vector<std::string> List() const;
+  std::vector<std::string> List() const { return ListFolder(mPath); }
 
-private:
+ private:
   std::string mPath;
 };
 
 // Makes a folder the working folder for as long as it lives.
 class WorkingFolder {
-public:
+ public:
   explicit WorkingFolder(const std::string& path);
   ~WorkingFolder();
 
-private:
+ private:
   std::string mPrevious;
 };
 
@@ -41,11 +43,14 @@ struct Sound {
   int sampleRate = 0;
   int format = 0;
   std::vector<float> samples;  // interleaved
-  long long NFrames() const { return nChannels ? static_cast<long long>(samples.size()) / nChannels : 0; }
+  long long NFrames() const {
+    return nChannels ? static_cast<long long>(samples.size()) / nChannels : 0;
+  }
 };
 
 // Writes interleaved samples; the format defaults to 16-bit WAV.
-void WriteSound(const std::string& path, const Sound& sound, int format = SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+void WriteSound(const std::string& path, const Sound& sound,
+                int format = SF_FORMAT_WAV | SF_FORMAT_PCM_16);
 Sound ReadSound(const std::string& path);
 std::vector<unsigned char> ReadBytes(const std::string& path);
 void WriteBytes(const std::string& path, const std::vector<unsigned char>& bytes);

@@ -1,16 +1,20 @@
 // The whole program, driven with a stand-in effect: what it writes, in what order it asks the
 // effect for what, and that every bad input fails with one line and leaves no file behind.
 
-#include "DemoSignal.h"
-#include "TarnRender.h"
-
-#include "FakeEffect.h"
-#include "RenderTestFiles.h"
-
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <sstream>
+
+#include "DemoSignal.h"
+#include "FakeEffect.h"
+#include "RenderTestFiles.h"
+#include "TarnRender.h"
 
 using render_test::FakeEffect;
 using render_test::Sound;
@@ -23,10 +27,12 @@ struct Result {
   std::string err;
 };
 
-bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
 
 class TarnRender : public ::testing::Test {
-protected:
+ protected:
   TarnRender() : mHere(mDir.Path()) {
     // in.wav: 1050 frames of a mono square wave of +-0.5 at 44.1 kHz, exact in 16 bits.
     mInput.nChannels = 1;
@@ -36,11 +42,15 @@ protected:
     mInput = render_test::ReadSound("in.wav");  // the samples as the renderer will read them
   }
 
-  Result Run(const std::vector<std::string>& args, std::function<bool()> interrupted = [] { return false; }) {
+  Result Run(
+      const std::vector<std::string>& args,
+      std::function<bool()> interrupted = [] { return false; }) {
     std::ostringstream out, err;
     const render::Console console{out, err, false};
     FakeEffect::Log* log = &mLog;
-    const render::EffectFactory factory = [log](std::string*) { return std::make_unique<FakeEffect>(log); };
+    const render::EffectFactory factory = [log](std::string*) {
+      return std::make_unique<FakeEffect>(log);
+    };
     Result r;
     r.status = render::RunTarnRender(args, factory, console, interrupted);
     r.out = out.str();
@@ -79,10 +89,11 @@ TEST_F(TarnRender, RendersTheDemoSignalWhenNoInputIsGiven) {
 }
 
 TEST_F(TarnRender, AsksTheEffectInTheOrderAHostRestoringASessionWould) {
-  const Result r = Run({"in.wav", "-p", "gain=0.5", "-p", "mode=C", "-p", "Mode=1", "--block", "100"});
+  const Result r =
+      Run({"in.wav", "-p", "gain=0.5", "-p", "mode=C", "-p", "Mode=1", "--block", "100"});
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(mLog.calls,
-            (std::vector<std::string>{"restore 1 0", "set 0 0.5", "set 1 2", "set 1 1", "prepare 44100 1 100"}));
+  EXPECT_EQ(mLog.calls, (std::vector<std::string>{"restore 1 0", "set 0 0.5", "set 1 2", "set 1 1",
+                                                  "prepare 44100 1 100"}));
   std::vector<int> blocks(10, 100);
   blocks.push_back(50);  // the last block is short
   EXPECT_EQ(mLog.blocks, blocks);
@@ -112,6 +123,32 @@ TEST_F(TarnRender, RateChangesOnlyTheEffectsRate) {
   EXPECT_EQ(mLog.calls.back(), "prepare 96000 1 512");
   EXPECT_EQ(render_test::ReadSound("fast.wav").sampleRate, 44100);
   EXPECT_TRUE(Contains(r.out, "effect ran at 96000 Hz")) << r.out;
+  EXPECT_TRUE(Contains(r.out, "1050 frames, 0.024 s of audio")) << r.out;  // at the file's rate
+}
+
+// The effect is stable only at 8000 to 768000 Hz; files at other rates are refused.
+TEST_F(TarnRender, RendersFilesOnlyAtTheSupportedRates) {
+  const struct {
+    int rate;
+    bool accepted;
+  } cases[] = {{4000, false}, {7999, false}, {8000, true}, {768000, true}, {768001, false}};
+  for (const auto& c : cases) {
+    Sound sound = mInput;
+    sound.sampleRate = c.rate;
+    render_test::WriteSound("rate.wav", sound);
+    const Result r = Run({"rate.wav", "-o", "out.wav"});
+    const std::vector<std::string> files = mDir.List();
+    EXPECT_EQ(std::count(files.begin(), files.end(), "out.wav"), c.accepted ? 1 : 0) << c.rate;
+    std::remove("out.wav");
+    if (c.accepted) {
+      EXPECT_EQ(r.status, 0) << r.err;
+      continue;
+    }
+    EXPECT_EQ(r.status, render::kExitFailure);
+    EXPECT_TRUE(Contains(r.err, "\"rate.wav\" is at " + std::to_string(c.rate) + " Hz") &&
+                Contains(r.err, "8000 to 768000 Hz"))
+        << r.err;
+  }
 }
 
 TEST_F(TarnRender, SavesTheStateAfterTheSettingsAndLoadsItBeforeThem) {
@@ -122,14 +159,16 @@ TEST_F(TarnRender, SavesTheStateAfterTheSettingsAndLoadsItBeforeThem) {
   mLog = {};
   const Result r = Run({"in.wav", "--load-state", "l.state", "-p", "mode=A", "-o", "loaded.wav"});
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(mLog.calls, (std::vector<std::string>{"restore 0.25 2", "set 1 0", "prepare 44100 1 512"}));
+  EXPECT_EQ(mLog.calls,
+            (std::vector<std::string>{"restore 0.25 2", "set 1 0", "prepare 44100 1 512"}));
   EXPECT_EQ(render_test::ReadSound("loaded.wav").samples, Scaled(0.25f));
 }
 
 TEST_F(TarnRender, OutOfRangeSettingsAreClampedWithAWarning) {
   const Result r = Run({"in.wav", "-p", "gain=5"});
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_TRUE(Contains(r.err, "warning") && Contains(r.err, "\"Output Gain\" 5") && Contains(r.err, "0 to 2"))
+  EXPECT_TRUE(Contains(r.err, "warning") && Contains(r.err, "\"Output Gain\" 5") &&
+              Contains(r.err, "0 to 2"))
       << r.err;
   EXPECT_EQ(render_test::ReadSound("in-tarn.wav").samples, Scaled(2.0f));
 }
@@ -138,6 +177,77 @@ TEST_F(TarnRender, ReplacesAnExistingOutput) {
   render_test::WriteBytes("in-tarn.wav", {'o', 'l', 'd'});
   ASSERT_EQ(Run({"in.wav", "--quiet"}).status, 0);
   EXPECT_EQ(render_test::ReadSound("in-tarn.wav").samples, mInput.samples);
+}
+
+bool IsKind(const char* path, mode_t kind) {
+  struct stat st {};
+  return lstat(path, &st) == 0 && (st.st_mode & S_IFMT) == kind;
+}
+
+// Everything waiting in a pipe, read without waiting for more.
+std::vector<unsigned char> Drain(int fd) {
+  std::vector<unsigned char> bytes;
+  unsigned char buffer[4096];
+  for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0;) {
+    bytes.insert(bytes.end(), buffer, buffer + n);
+  }
+  return bytes;
+}
+
+// A FIFO (like a character device) is written to directly, not replaced by a file, and only by
+// a run that gets as far as rendering. The reading ends are opened read-write, so that neither
+// side waits for the other, and the pipes' buffers hold all of this short render.
+TEST_F(TarnRender, WritesIntoFifosInsteadOfReplacingThem) {
+  ASSERT_EQ(Run({"in.wav", "-o", "file.wav", "--save-state", "file.state"}).status, 0);
+  int readers[2];
+  const char* fifos[2] = {"out.fifo", "state.fifo"};
+  for (int i = 0; i < 2; ++i) {
+    ASSERT_EQ(mkfifo(fifos[i], 0644), 0);
+    readers[i] = open(fifos[i], O_RDWR | O_NONBLOCK);
+  }
+  const std::vector<std::string> args = {"in.wav", "-o", "out.fifo", "--save-state", "state.fifo"};
+  std::vector<std::string> refused = args;
+  refused.insert(refused.end(), {"-p", "volume=1"});
+  EXPECT_NE(Run(refused).status, 0);
+  for (int fd : readers) EXPECT_EQ(Drain(fd).size(), 0u);
+  const Result r = Run(args);
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(Drain(readers[0]), render_test::ReadBytes("file.wav"));
+  EXPECT_EQ(Drain(readers[1]), render_test::ReadBytes("file.state"));
+  for (int i = 0; i < 2; ++i) {
+    close(readers[i]);
+    EXPECT_TRUE(IsKind(fifos[i], S_IFIFO)) << fifos[i];
+  }
+  EXPECT_EQ(mDir.List(), (std::vector<std::string>{"file.state", "file.wav", "in.wav", "out.fifo",
+                                                   "state.fifo"}));
+}
+
+// A link given as output, a chain of them or one to a file not there yet, stays a link: the file
+// it ends at is replaced, atomically and in its own folder.
+TEST_F(TarnRender, WritesThroughLinksAndKeepsThem) {
+  ASSERT_EQ(mkdir("sub", 0755), 0);
+  const char* links[][2] = {{"sub/old.wav", "link.wav"},
+                            {"link.wav", "chain.wav"},
+                            {"old.wav", "sub/relative.wav"},
+                            {"sub/new.wav", "dangling.wav"}};
+  for (const auto& link : links) ASSERT_EQ(symlink(link[0], link[1]), 0);
+  const struct {
+    const char* output;
+    const char* file;
+  } cases[] = {{"chain.wav", "sub/old.wav"},
+               {"sub/relative.wav", "sub/old.wav"},
+               {"dangling.wav", "sub/new.wav"}};
+  for (const auto& c : cases) {
+    render_test::WriteBytes("sub/old.wav", {'o', 'l', 'd'});
+    const Result r = Run({"in.wav", "-o", c.output});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(render_test::ReadSound(c.file).samples, mInput.samples) << c.output;
+  }
+  for (const auto& link : links) EXPECT_TRUE(IsKind(link[1], S_IFLNK)) << link[1];
+  EXPECT_EQ(mDir.List(),
+            (std::vector<std::string>{"chain.wav", "dangling.wav", "in.wav", "link.wav", "sub"}));
+  EXPECT_EQ(render_test::ListFolder("sub"),
+            (std::vector<std::string>{"new.wav", "old.wav", "relative.wav"}));
 }
 
 TEST_F(TarnRender, HelpListsTheEffectsParameters) {
@@ -174,6 +284,7 @@ TEST_P(TarnRenderBadInput, FailsWithOneLineAndLeavesNoFile) {
   render_test::WriteSound("empty.wav", empty);
   render_test::WriteBytes("short.state", std::vector<unsigned char>(15, 0));
   render_test::WriteBytes("good.state", FakeEffect::State(1.0, 0.0));
+  render_test::WriteBytes("nan.state", FakeEffect::State(NAN, 0.0));
   const std::vector<std::string> before = mDir.List();
   const std::vector<unsigned char> input = render_test::ReadBytes("in.wav");
 
@@ -200,18 +311,32 @@ INSTANTIATE_TEST_SUITE_P(
         BadInput{"BlockZero", {"in.wav", "--block", "0"}, "\"0\""},
         BadInput{"BlockAboveLimit", {"in.wav", "--block", "8193"}, "\"8193\""},
         BadInput{"RateZero", {"in.wav", "--rate", "0"}, "\"0\""},
+        BadInput{"RateBelowLimit", {"in.wav", "--rate", "7999"}, "\"7999\""},
         BadInput{"RateAboveLimit", {"in.wav", "--rate", "768001"}, "\"768001\""},
         BadInput{"RateNotANumber", {"in.wav", "--rate", "fast"}, "\"fast\""},
         BadInput{"OutputIsInput", {"in.wav", "-o", "./in.wav"}, "\"./in.wav\""},
-        BadInput{"OutputIsInputSpelledDifferently", {"./in.wav", "-o", "sub/../in.wav"}, "\"sub/../in.wav\""},
+        BadInput{"OutputIsInputSpelledDifferently",
+                 {"./in.wav", "-o", "sub/../in.wav"},
+                 "\"sub/../in.wav\""},
         BadInput{"SavedStateOverInput", {"in.wav", "--save-state", "in.wav"}, "\"in.wav\""},
-        BadInput{"SavedStateOverOutput", {"in.wav", "-o", "x.wav", "--save-state", "./x.wav"}, "\"./x.wav\""},
-        BadInput{"OutputOverLoadedState", {"in.wav", "--load-state", "good.state", "-o", "good.state"},
+        BadInput{"SavedStateOverOutput",
+                 {"in.wav", "-o", "x.wav", "--save-state", "./x.wav"},
+                 "\"./x.wav\""},
+        BadInput{"OutputOverLoadedState",
+                 {"in.wav", "--load-state", "good.state", "-o", "good.state"},
                  "\"good.state\""},
-        BadInput{"StateOfWrongSize", {"in.wav", "--load-state", "short.state"}, "\"short.state\" is 15 bytes"},
+        BadInput{"StateHoldingNaN",
+                 {"in.wav", "--load-state", "nan.state", "--save-state", "s.state"},
+                 "state file \"nan.state\" holds NaN for \"Output Gain\""},
+        BadInput{"StateOfWrongSize",
+                 {"in.wav", "--load-state", "short.state"},
+                 "\"short.state\" is 15 bytes"},
         BadInput{"MissingState", {"in.wav", "--load-state", "none.state"}, "\"none.state\""},
-        BadInput{"OutputFolderMissing", {"in.wav", "-o", "nofolder/out.wav"}, "\"nofolder/out.wav\""},
-        BadInput{"StateFolderMissing", {"in.wav", "--save-state", "nofolder/s.state"}, "\"nofolder/s.state\""},
+        BadInput{
+            "OutputFolderMissing", {"in.wav", "-o", "nofolder/out.wav"}, "\"nofolder/out.wav\""},
+        BadInput{"StateFolderMissing",
+                 {"in.wav", "--save-state", "nofolder/s.state"},
+                 "\"nofolder/s.state\""},
         BadInput{"OutputIsAFolder", {"in.wav", "-o", "."}, "folder"},
         BadInput{"UnknownOption", {"in.wav", "--bogus"}, "\"--bogus\""},
         BadInput{"MissingOptionValue", {"in.wav", "-o"}, "\"-o\" needs a value"}),
@@ -220,18 +345,21 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(TarnRender, AnEffectThatCannotBeMadeLeavesNoFile) {
   std::ostringstream out, err;
   const render::Console console{out, err, false};
-  const render::EffectFactory none = [](std::string* error) -> std::unique_ptr<render::RenderEffect> {
+  const render::EffectFactory none =
+      [](std::string* error) -> std::unique_ptr<render::RenderEffect> {
     *error = "no effect here";
     return nullptr;
   };
-  EXPECT_EQ(render::RunTarnRender({"in.wav"}, none, console, [] { return false; }), render::kExitFailure);
+  EXPECT_EQ(render::RunTarnRender({"in.wav"}, none, console, [] { return false; }),
+            render::kExitFailure);
   EXPECT_EQ(err.str(), "tarn-render: no effect here\n");
   EXPECT_EQ(mDir.List(), std::vector<std::string>{"in.wav"});
 }
 
 TEST_F(TarnRender, AnInterruptedRenderLeavesNoFile) {
   int polls = 0;
-  const Result r = Run({"in.wav", "--block", "10", "--save-state", "s.state"}, [&polls] { return ++polls > 3; });
+  const Result r =
+      Run({"in.wav", "--block", "10", "--save-state", "s.state"}, [&polls] { return ++polls > 3; });
   EXPECT_EQ(r.status, render::kExitFailure);
   EXPECT_TRUE(Contains(r.err, "interrupted")) << r.err;
   EXPECT_EQ(mLog.blocks.size(), 3u);

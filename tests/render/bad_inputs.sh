@@ -37,6 +37,7 @@ write_wav three.wav 3 100
 write_wav empty.wav 1 0
 echo "not audio" > notes.txt
 head -c 63 /dev/zero > short.state
+python3 -c 'import struct; open("nan.state", "wb").write(struct.pack("<8d", 0, 0, 0, float("nan"), 0, -90, 0, 0))'
 
 fail() {
   echo "FAIL: $*"
@@ -78,6 +79,7 @@ expect_failure '"empty.wav"' empty.wav
 expect_failure '"0"' in.wav --block 0
 expect_failure '"8193"' in.wav --block 8193
 expect_failure '"0"' in.wav --rate 0
+expect_failure '"7999"' in.wav --rate 7999
 expect_failure '"800000"' in.wav --rate 800000
 expect_failure '"fast"' in.wav --rate fast
 expect_failure '"./in.wav"' in.wav -o ./in.wav
@@ -91,6 +93,7 @@ expect_failure '"volume"' in.wav -p volume=3
 expect_failure '"loud"' in.wav -p drive=loud
 expect_failure '"Sideways"' in.wav -p vumode=Sideways
 expect_failure '"short.state"' in.wav --load-state short.state
+expect_failure '"nan.state" holds NaN for "Asymmetry"' in.wav --load-state nan.state --save-state s.state
 expect_success tarn-demo.wav
 expect_success in-tarn.wav in.wav -p drive=4 -p vumode=Output -p bypass=off --block 100 --quiet
 expect_success mono-tarn.wav mono.wav --rate 96000 --save-state s.state
