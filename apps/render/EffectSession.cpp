@@ -43,12 +43,7 @@ std::vector<unsigned char> EffectSession::SaveState() {
 }
 
 std::string EffectSession::RestoreState(const std::vector<unsigned char>& state) {
-  const std::string problem = StateProblem(*mPlug, state.data(), state.size());
-  if (!problem.empty()) return problem;
-  ByteChunk chunk;
-  chunk.PutBytes(state.data(), static_cast<int>(state.size()));
-  mPlug->UnserializeState(&chunk, 0);
-  return std::string();
+  return RestoreWholeState(*mPlug, state.data(), state.size());
 }
 
 void EffectSession::SetParameter(int index, double value) { mPlug->SetParameter(index, value); }
