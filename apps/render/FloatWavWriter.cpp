@@ -1,37 +1,46 @@
 #include "FloatWavWriter.h"
 
 #include "Quoted.h"
-#include "WavHeader.h"
+#include "WavHeaderPrediction.h"
 
 namespace render {
-
-// The samples go out as they lie in memory, which is the byte order of WAV only on a
-// little-endian machine.
-static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "WAV samples are little-endian");
 
 std::unique_ptr<FloatWavWriter> FloatWavWriter::Create(const std::string& path, int nChannels,
                                                        int sampleRate, long long nFrames,
                                                        std::string* error) {
-  if (nFrames > MaxFloatWavFrames(nChannels)) {
-    *error = "cannot write " + Quoted(path) + ": " + std::to_string(nFrames) +
-             " frames are more than a WAV file holds (" +
-             std::to_string(MaxFloatWavFrames(nChannels)) + ")";
+  std::vector<unsigned char> header;
+  std::string why;
+  if (!PredictFloatWavHeader(nChannels, sampleRate, nFrames, &header, &why)) {
+    *error = "cannot write " + Quoted(path) + ": " + why;
     return nullptr;
   }
   std::unique_ptr<OutputFile> file = OutputFile::Open(path, error);
   if (!file) return nullptr;
-  const FloatWavHeader header = MakeFloatWavHeader(nChannels, sampleRate, nFrames);
-  if (!file->Write(header.data(), header.size(), error)) return nullptr;
-  return std::unique_ptr<FloatWavWriter>(new FloatWavWriter(std::move(file), nChannels, nFrames));
+  std::unique_ptr<FloatWavWriter> writer(
+      new FloatWavWriter(std::move(file), std::move(header), nFrames));
+  writer->mSound = OpenFloatWav(writer->mStream, nChannels, sampleRate, &why);
+  if (!writer->mSound) {
+    *error = writer->Failure(why);
+    return nullptr;
+  }
+  return writer;
 }
 
-FloatWavWriter::FloatWavWriter(std::unique_ptr<OutputFile> file, int nChannels, long long nFrames)
-    : mFile(std::move(file)), mNChannels(nChannels), mAnnouncedFrames(nFrames) {}
+FloatWavWriter::FloatWavWriter(std::unique_ptr<OutputFile> file, std::vector<unsigned char> header,
+                               long long nFrames)
+    : mFile(std::move(file)), mStream(*mFile, std::move(header)), mAnnouncedFrames(nFrames) {}
+
+std::string FloatWavWriter::Failure(const std::string& libraryReason) const {
+  if (!mStream.Error().empty()) return mStream.Error();
+  return "cannot write " + Quoted(Path()) + ": " + libraryReason;
+}
 
 bool FloatWavWriter::Write(const float* interleaved, long long nFrames, std::string* error) {
-  mWrittenFrames += nFrames;
-  return mFile->Write(interleaved, static_cast<std::size_t>(nFrames) * mNChannels * sizeof(float),
-                      error);
+  const sf_count_t written = sf_writef_float(mSound.get(), interleaved, nFrames);
+  mWrittenFrames += written;
+  if (written == nFrames) return true;
+  *error = Failure(sf_strerror(mSound.get()));
+  return false;
 }
 
 bool FloatWavWriter::Commit(std::string* error) {
@@ -40,7 +49,13 @@ bool FloatWavWriter::Commit(std::string* error) {
              " frames were rendered where its header says " + std::to_string(mAnnouncedFrames);
     return false;
   }
-  return mFile->Commit(error);
+  // Closing is when libsndfile writes the final header, for the stream to check.
+  const int closed = sf_close(mSound.release());
+  if (closed != 0) {
+    *error = Failure(sf_error_number(closed));
+    return false;
+  }
+  return mStream.Finish(error) && mFile->Commit(error);
 }
 
 }  // namespace render

@@ -7,12 +7,10 @@
 #include <cstdio>
 
 #include "AtomicFile.h"
-#include "FloatWavWriter.h"
 #include "OutputKind.h"
 #include "RenderTestFiles.h"
 
 using render::AtomicFile;
-using render::FloatWavWriter;
 using render::KindOfOutput;
 using render::OutputFile;
 using render::OutputKind;
@@ -125,48 +123,4 @@ TEST(OutputKind, DevicesAndFifosAreStreamsRegularAndNewFilesAreFiles) {
       {dir.Path(), OutputKind::kFolder},
   };
   for (const auto& c : cases) EXPECT_EQ(KindOfOutput(c.path), c.kind) << c.path;
-}
-
-TEST(FloatWavWriter, WritesThirtyTwoBitFloatWav) {
-  TempDir dir;
-  std::string error;
-  auto writer = FloatWavWriter::Create(dir.File("out.wav"), 2, 44100, 3, &error);
-  ASSERT_TRUE(writer) << error;
-  const std::vector<float> samples = {0.5f, -0.25f, 1.5f, -2.0f, 1e-9f, 0.0f};
-  ASSERT_TRUE(writer->Write(samples.data(), 3, &error)) << error;
-  ASSERT_TRUE(writer->Commit(&error)) << error;
-  const render_test::Sound sound = render_test::ReadSound(dir.File("out.wav"));
-  EXPECT_EQ(sound.format, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
-  EXPECT_EQ(sound.nChannels, 2);
-  EXPECT_EQ(sound.sampleRate, 44100);
-  EXPECT_EQ(sound.samples, samples);  // float survives unchanged, beyond full scale too
-  EXPECT_EQ(dir.List(), std::vector<std::string>{"out.wav"});
-}
-
-TEST(FloatWavWriter, UncommittedWriterLeavesNothing) {
-  TempDir dir;
-  std::string error;
-  {
-    auto writer = FloatWavWriter::Create(dir.File("out.wav"), 1, 48000, 4, &error);
-    const float samples[4] = {};
-    writer->Write(samples, 4, &error);
-  }
-  EXPECT_TRUE(dir.List().empty());
-}
-
-// The header gives the length before the samples come, so a file is refused rather than left
-// with a header that is wrong: longer than WAV sizes can say, or shorter than announced.
-TEST(FloatWavWriter, NeverLeavesAFileWhoseHeaderIsWrong) {
-  TempDir dir;
-  std::string error;
-  EXPECT_FALSE(FloatWavWriter::Create(dir.File("out.wav"), 2, 48000, 1LL << 29, &error));  // 4 GiB
-  EXPECT_NE(error.find(dir.File("out.wav")), std::string::npos) << error;
-  auto writer = FloatWavWriter::Create(dir.File("out.wav"), 1, 48000, 4, &error);
-  ASSERT_TRUE(writer) << error;
-  const float samples[3] = {};
-  ASSERT_TRUE(writer->Write(samples, 3, &error)) << error;
-  EXPECT_FALSE(writer->Commit(&error));
-  EXPECT_NE(error.find("3 frames"), std::string::npos) << error;
-  writer.reset();
-  EXPECT_TRUE(dir.List().empty());
 }

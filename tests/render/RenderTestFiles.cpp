@@ -1,6 +1,7 @@
 #include "RenderTestFiles.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -75,6 +76,15 @@ void WriteBytes(const std::string& path, const std::vector<unsigned char>& bytes
   std::ofstream out(path, std::ios::binary);
   out.write(reinterpret_cast<const char*>(bytes.data()),
             static_cast<std::streamsize>(bytes.size()));
+}
+
+std::vector<unsigned char> Drain(int fd) {
+  std::vector<unsigned char> bytes;
+  unsigned char buffer[4096];
+  for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0;) {
+    bytes.insert(bytes.end(), buffer, buffer + n);
+  }
+  return bytes;
 }
 
 }  // namespace render_test

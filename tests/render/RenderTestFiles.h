@@ -54,5 +54,7 @@ void WriteSound(const std::string& path, const Sound& sound,
 Sound ReadSound(const std::string& path);
 std::vector<unsigned char> ReadBytes(const std::string& path);
 void WriteBytes(const std::string& path, const std::vector<unsigned char>& bytes);
+// Everything waiting in a pipe opened without blocking, read without waiting for more.
+std::vector<unsigned char> Drain(int fd);
 
 }  // namespace render_test

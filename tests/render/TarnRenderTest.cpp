@@ -184,16 +184,6 @@ bool IsKind(const char* path, mode_t kind) {
   return lstat(path, &st) == 0 && (st.st_mode & S_IFMT) == kind;
 }
 
-// Everything waiting in a pipe, read without waiting for more.
-std::vector<unsigned char> Drain(int fd) {
-  std::vector<unsigned char> bytes;
-  unsigned char buffer[4096];
-  for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0;) {
-    bytes.insert(bytes.end(), buffer, buffer + n);
-  }
-  return bytes;
-}
-
 // A FIFO (like a character device) is written to directly, not replaced by a file, and only by
 // a run that gets as far as rendering. The reading ends are opened read-write, so that neither
 // side waits for the other, and the pipes' buffers hold all of this short render.
@@ -209,11 +199,11 @@ TEST_F(TarnRender, WritesIntoFifosInsteadOfReplacingThem) {
   std::vector<std::string> refused = args;
   refused.insert(refused.end(), {"-p", "volume=1"});
   EXPECT_NE(Run(refused).status, 0);
-  for (int fd : readers) EXPECT_EQ(Drain(fd).size(), 0u);
+  for (int fd : readers) EXPECT_EQ(render_test::Drain(fd).size(), 0u);
   const Result r = Run(args);
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_EQ(Drain(readers[0]), render_test::ReadBytes("file.wav"));
-  EXPECT_EQ(Drain(readers[1]), render_test::ReadBytes("file.state"));
+  EXPECT_EQ(render_test::Drain(readers[0]), render_test::ReadBytes("file.wav"));
+  EXPECT_EQ(render_test::Drain(readers[1]), render_test::ReadBytes("file.state"));
   for (int i = 0; i < 2; ++i) {
     close(readers[i]);
     EXPECT_TRUE(IsKind(fifos[i], S_IFIFO)) << fifos[i];
