@@ -25,6 +25,14 @@ const char* const kPrefixes =
     "@prefix units: <http://lv2plug.in/ns/extensions/units#> .\n"
     "@prefix urid: <http://lv2plug.in/ns/ext/urid#> .\n";
 
+// The plug-ins' LV2 version, numbered apart from the effect's own. Hosts take a zero or odd
+// minor version for a development release, and compare the pair to pick the newer of two
+// installed copies: each release raises the minor version by 2, each fix the micro version.
+constexpr int kMinorVersion = 2;
+constexpr int kMicroVersion = 0;
+
+const char* const kLicense = "https://spdx.org/licenses/ISC";
+
 struct StandardUnit {
   const char* label;
   const char* unit;
@@ -135,15 +143,15 @@ void WritePorts(std::ostream& out, IPlugBase& plug, const PortLayout& layout) {
 }
 
 void WritePlugin(std::ostream& out, IPlugBase& plug, const PluginVariant& variant) {
-  const int version = plug.GetEffectVersion(false);
   out << "\n"
       << Uri(variant.uri) << "\n"
       << "\ta lv2:Plugin , lv2:DistortionPlugin , doap:Project ;\n"
       << "\tdoap:name "
       << TurtleString(std::string(plug.GetEffectName()) + " (" + variant.name + ")") << " ;\n"
       << "\tdoap:maintainer [ foaf:name " << TurtleString(plug.GetMfrName()) << " ] ;\n"
-      << "\tlv2:minorVersion " << ((version >> 8) & 0xFF) << " ;\n"
-      << "\tlv2:microVersion " << (version & 0xFF) << " ;\n"
+      << "\tdoap:license " << Uri(kLicense) << " ;\n"
+      << "\tlv2:minorVersion " << kMinorVersion << " ;\n"
+      << "\tlv2:microVersion " << kMicroVersion << " ;\n"
       << "\tlv2:optionalFeature lv2:hardRTCapable , urid:map , opts:options , "
          "bufsz:boundedBlockLength ;\n"
       << "\topts:supportedOption bufsz:maxBlockLength ;\n"
