@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The bundle's Turtle validates against the LV2 schemas, and against nothing else: the system
 # LV2 folder also holds other projects' plug-ins, whose own mistakes are not ours to report.
-# The schemas are the bundles whose manifest declares a specification or an ontology (lv2-dev
-# installs them into /usr/lib/lv2; LV2_SCHEMA_DIR names another folder).
+# The schemas are the bundles whose manifest gives a resource the type lv2:Specification or
+# owl:Ontology (lv2-dev installs them into /usr/lib/lv2; LV2_SCHEMA_DIR names another folder).
 #   host_validate.sh BUNDLE_DIR
 set -euo pipefail
 bundle=$1
