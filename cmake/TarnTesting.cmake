@@ -13,3 +13,18 @@ function(tarn_add_bench name)
   add_executable(${name} ${B_SOURCES})
   target_link_libraries(${name} PRIVATE ${B_LIBS} benchmark::benchmark benchmark::benchmark_main)
 endfunction()
+
+# tarn_add_sanitizer_check(): in an address-sanitizer build, a test that the undefined-behaviour
+# sanitizer does report a double-to-int conversion that overflows.
+function(tarn_add_sanitizer_check)
+  if(NOT TARN_SANITIZE STREQUAL "address")
+    return()
+  endif()
+  add_executable(tarn_sanitizer_check ${PROJECT_SOURCE_DIR}/cmake/SanitizerCheck.cpp)
+  add_test(NAME tarn_sanitizer_float_cast_overflow COMMAND tarn_sanitizer_check 1e30)
+  set_tests_properties(tarn_sanitizer_float_cast_overflow PROPERTIES
+    PASS_REGULAR_EXPRESSION "runtime error: .* is outside the range of representable values of type 'int'"
+    # An exit, not an abort, after the report: ctest fails a test that dies of a signal.
+    ENVIRONMENT "ASAN_OPTIONS=abort_on_error=0;UBSAN_OPTIONS=halt_on_error=1:abort_on_error=0"
+    LABELS sanitizer)
+endfunction()

@@ -1,13 +1,12 @@
 #include "TurtleWriter.h"
 
-#include "PortLayout.h"
-
-#include "plug/IParam.h"
-#include "plug/IPlugBase.h"
-
 #include <charconv>
 #include <cstring>
 #include <ostream>
+
+#include "PortLayout.h"
+#include "plug/IParam.h"
+#include "plug/IPlugBase.h"
 
 namespace tarnlv2 {
 
@@ -26,6 +25,14 @@ const char* const kPrefixes =
     "@prefix units: <http://lv2plug.in/ns/extensions/units#> .\n"
     "@prefix urid: <http://lv2plug.in/ns/ext/urid#> .\n";
 
+// The plug-ins' LV2 version, numbered apart from the effect's own. Hosts take a zero or odd
+// minor version for a development release, and compare the pair to pick the newer of two
+// installed copies: each release raises the minor version by 2, each fix the micro version.
+constexpr int kMinorVersion = 2;
+constexpr int kMicroVersion = 0;
+
+const char* const kLicense = "https://spdx.org/licenses/ISC";
+
 struct StandardUnit {
   const char* label;
   const char* unit;
@@ -40,7 +47,8 @@ std::string Uri(const char* uri) { return std::string("<") + uri + ">"; }
 // Opens one port's blank node; the caller adds its own statements and closes it.
 void BeginPort(std::ostream& out, const char* direction, const char* type, uint32_t index,
                const std::string& symbol, const std::string& name) {
-  out << "\t\t" << "a lv2:" << direction << " , lv2:" << type << " ;\n"
+  out << "\t\t"
+      << "a lv2:" << direction << " , lv2:" << type << " ;\n"
       << "\t\tlv2:index " << index << " ;\n"
       << "\t\tlv2:symbol " << TurtleString(symbol) << " ;\n"
       << "\t\tlv2:name " << TurtleString(name);
@@ -54,10 +62,14 @@ void WriteRange(std::ostream& out, double defaultValue, double minValue, double 
 
 const char* PortProperties(const IParam& param) {
   switch (param.Type()) {
-    case IParam::kTypeBool: return "lv2:toggled";
-    case IParam::kTypeInt: return "lv2:integer";
-    case IParam::kTypeEnum: return "lv2:integer , lv2:enumeration";
-    default: return nullptr;
+    case IParam::kTypeBool:
+      return "lv2:toggled";
+    case IParam::kTypeInt:
+      return "lv2:integer";
+    case IParam::kTypeEnum:
+      return "lv2:integer , lv2:enumeration";
+    default:
+      return nullptr;
   }
 }
 
@@ -72,9 +84,11 @@ void WriteScalePoints(std::ostream& out, const IParam& param) {
 }
 
 void WriteParamPort(std::ostream& out, const IParam& param, uint32_t index) {
-  BeginPort(out, "InputPort", "ControlPort", index, SymbolFromName(param.GetNameForHost()), param.GetNameForHost());
+  BeginPort(out, "InputPort", "ControlPort", index, SymbolFromName(param.GetNameForHost()),
+            param.GetNameForHost());
   WriteRange(out, param.GetDefault(), param.GetMin(), param.GetMax());
-  if (const char* properties = PortProperties(param)) out << " ;\n\t\tlv2:portProperty " << properties;
+  if (const char* properties = PortProperties(param))
+    out << " ;\n\t\tlv2:portProperty " << properties;
   const std::string unit = UnitStatement(param.GetLabelForHost());
   if (!unit.empty()) out << " ;\n\t\t" << unit;
   WriteScalePoints(out, param);
@@ -106,8 +120,9 @@ void WriteNeedlePort(std::ostream& out, uint32_t index) {
 void WriteAudioPorts(std::ostream& out, const PortLayout& layout, bool input) {
   for (int c = 0; c < layout.NChannels(); ++c) {
     out << "\n\t] , [\n";
-    BeginPort(out, input ? "InputPort" : "OutputPort", "AudioPort", input ? layout.AudioIn(c) : layout.AudioOut(c),
-              layout.AudioSymbol(input, c), layout.AudioName(input, c));
+    BeginPort(out, input ? "InputPort" : "OutputPort", "AudioPort",
+              input ? layout.AudioIn(c) : layout.AudioOut(c), layout.AudioSymbol(input, c),
+              layout.AudioName(input, c));
   }
 }
 
@@ -128,14 +143,17 @@ void WritePorts(std::ostream& out, IPlugBase& plug, const PortLayout& layout) {
 }
 
 void WritePlugin(std::ostream& out, IPlugBase& plug, const PluginVariant& variant) {
-  const int version = plug.GetEffectVersion(false);
-  out << "\n" << Uri(variant.uri) << "\n"
+  out << "\n"
+      << Uri(variant.uri) << "\n"
       << "\ta lv2:Plugin , lv2:DistortionPlugin , doap:Project ;\n"
-      << "\tdoap:name " << TurtleString(std::string(plug.GetEffectName()) + " (" + variant.name + ")") << " ;\n"
+      << "\tdoap:name "
+      << TurtleString(std::string(plug.GetEffectName()) + " (" + variant.name + ")") << " ;\n"
       << "\tdoap:maintainer [ foaf:name " << TurtleString(plug.GetMfrName()) << " ] ;\n"
-      << "\tlv2:minorVersion " << ((version >> 8) & 0xFF) << " ;\n"
-      << "\tlv2:microVersion " << (version & 0xFF) << " ;\n"
-      << "\tlv2:optionalFeature lv2:hardRTCapable , urid:map , opts:options , bufsz:boundedBlockLength ;\n"
+      << "\tdoap:license " << Uri(kLicense) << " ;\n"
+      << "\tlv2:minorVersion " << kMinorVersion << " ;\n"
+      << "\tlv2:microVersion " << kMicroVersion << " ;\n"
+      << "\tlv2:optionalFeature lv2:hardRTCapable , urid:map , opts:options , "
+         "bufsz:boundedBlockLength ;\n"
       << "\topts:supportedOption bufsz:maxBlockLength ;\n"
       << "\tlv2:extensionData state:interface ;\n";
   WritePorts(out, plug, PortLayout(plug.NParams(), variant.nChannels));
@@ -143,11 +161,13 @@ void WritePlugin(std::ostream& out, IPlugBase& plug, const PluginVariant& varian
 
 }  // namespace
 
-void WriteManifest(std::ostream& out, const std::string& binaryFile, const std::string& descriptionFile) {
+void WriteManifest(std::ostream& out, const std::string& binaryFile,
+                   const std::string& descriptionFile) {
   out << "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
       << "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n";
   for (const PluginVariant& variant : kVariants) {
-    out << "\n" << Uri(variant.uri) << "\n"
+    out << "\n"
+        << Uri(variant.uri) << "\n"
         << "\ta lv2:Plugin ;\n"
         << "\tlv2:binary " << Uri(binaryFile.c_str()) << " ;\n"
         << "\trdfs:seeAlso " << Uri(descriptionFile.c_str()) << " .\n";
