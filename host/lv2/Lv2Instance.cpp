@@ -104,11 +104,13 @@ void Lv2Instance::ConnectPort(uint32_t port, void* data) {
 
 // LV2 wants all history gone at activation. The effect's Reset restarts its fade but keeps
 // its filters' memory and its drift's random sequence, so a fresh effect with the same
-// parameter values takes over instead.
+// parameter values takes over instead. Its first run then meets the ports as a fresh
+// instance's first run does.
 void Lv2Instance::Activate() {
   ByteChunk state;
   mPlug->SerializeState(&state);
   UsePlug(MakeReadyPlug(&state));
+  mSeenControls = false;
 }
 
 // A control reaches the effect only when it moved since the last run, so a state restored

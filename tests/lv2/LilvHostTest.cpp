@@ -340,8 +340,13 @@ TEST_F(LilvHostTest, NonFiniteInputSoundsLikeSilence) {
 }
 
 // After deactivate and activate the instance sounds exactly like a fresh one with the same
-// settings, whatever it went through before.
+// controls and state, whatever it went through before.
 TEST_F(LilvHostTest, ActivateForgetsAllHistory) {
+  const LV2_URID key = mUrids.Map("urn:tessmoral:tarn#state");
+  const LV2_URID chunkType = mUrids.Map(LV2_ATOM__Chunk);
+  const std::vector<double> values = {-2.0, 9.0, 1.5, 6.0, 7.0, -75.0, 2.0, 0.0};
+  std::vector<unsigned char> state(sizeof(double) * values.size());
+  std::memcpy(state.data(), values.data(), state.size());
   for (const char* uri : {"urn:tessmoral:tarn#mono", "urn:tessmoral:tarn#stereo"}) {
     SCOPED_TRACE(uri);
     const int nChannels = NChannels(uri);
@@ -357,6 +362,9 @@ TEST_F(LilvHostTest, ActivateForgetsAllHistory) {
     }
     used.Render(loud, 256);
     lilv_instance_deactivate(used.Get());
+    // A session reloaded while inactive: the state and the ports disagree until the first run.
+    ASSERT_EQ(used.RestoreChunk(state, key, chunkType), LV2_STATE_SUCCESS);
+    ASSERT_EQ(fresh.RestoreChunk(state, key, chunkType), LV2_STATE_SUCCESS);
     lilv_instance_activate(used.Get());
     lilv_instance_activate(fresh.Get());
     const auto input = Signal(nChannels, 5000);
