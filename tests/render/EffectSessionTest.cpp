@@ -116,8 +116,6 @@ TEST(EffectSession, AutomationAndRestoredStatesAreClampedIntoRange) {
 
 // A state that is not whole is refused as a whole: the session keeps the one it had.
 TEST(EffectSession, RestoreRefusesStatesThatAreNotWhole) {
-  std::vector<unsigned char> shortState = StateOf({1, 2, 3, 4, 5, -70, 1, 0});
-  shortState.pop_back();
   const struct {
     std::vector<unsigned char> state;
     const char* problem;
@@ -125,7 +123,7 @@ TEST(EffectSession, RestoreRefusesStatesThatAreNotWhole) {
       {StateOf({1, 2, 3, 4, 5, -70, NAN, 0}), "holds NaN for \"VU Mode\""},
       {StateOf({1, INFINITY, 3, 4, 5, -70, 1, 0}), "holds +infinity for \"Drive\""},
       {StateOf({1, 2, 3, 4, 5, -INFINITY, 1, 0}), "holds -infinity for \"Crosstalk Level\""},
-      {shortState, "is 63 bytes; a state is 64 bytes"},
+      {std::vector<unsigned char>(63), "is 63 bytes; a state is 64 bytes"},
   };
   for (const auto& c : cases) {
     EffectSession session;
@@ -230,50 +228,49 @@ TEST(EffectSession, RendersAreReproducibleToTheByte) {
   }
 }
 
-// A NaN or infinity in the input (here in the last channel only, across a block boundary) is
-// rendered as if it had been silence, and the summary says how many there were and where.
+// A NaN or infinity in the input (in the last channel only: at the start of a block, and across a
+// block boundary) is rendered as if it had been silence, and the summary says how many there were
+// and where.
 TEST(EffectSession, NonFiniteInputRendersAsSilenceWithAWarning) {
   const float kNaN = std::nanf(""), kInf = INFINITY;
   const struct {
-    int nChannels;
-    std::vector<float> burst;
+    int nChannels, frame;
+    std::vector<float> burst;  // from `frame` on
     const char* warning;
   } cases[] = {
       {1,
+       1024,
        {kNaN},
        "warning: 1 input sample was not a finite number (NaN or infinity) and was replaced with "
-       "0.0, at frame 1020\n"},
+       "0.0, at frame 1024\n"},
       {2,
+       1020,
        {kNaN, kInf, -kInf, kNaN, kNaN, kNaN, kNaN, kNaN, kNaN, kInf},
-       "warning: 10 input samples were not finite numbers (NaN or infinity) and were replaced "
-       "with 0.0; the first at frame 1020\n"},
+       "warning: 10 input samples were not finite numbers (NaN or infinity) and were replaced with "
+       "0.0; the first at frame 1020\n"},
   };
   render_test::TempDir dir;
   render_test::WorkingFolder here(dir.Path());
   for (const auto& c : cases) {
-    render_test::Sound zeros;
-    zeros.nChannels = c.nChannels;
-    zeros.sampleRate = 44100;
+    render_test::Sound zeros{c.nChannels, 44100, 0, {}};
     for (int i = 0; i < 4000 * c.nChannels; ++i)
       zeros.samples.push_back(0.5f * std::sin(0.03f * i));
     render_test::Sound burst = zeros;
     for (std::size_t i = 0; i < c.burst.size(); ++i) {
-      const std::size_t at = (1020 + i + 1) * c.nChannels - 1;
-      zeros.samples[at] = 0.0f;
-      burst.samples[at] = c.burst[i];
+      burst.samples[(c.frame + 1 + i) * c.nChannels - 1] = c.burst[i];
+      zeros.samples[(c.frame + 1 + i) * c.nChannels - 1] = 0.0f;
     }
-    render_test::WriteSound("zeros.wav", zeros, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
-    render_test::WriteSound("burst.wav", burst, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
     std::ostringstream out, err;
-    const render::Console console{out, err, false};
-    for (const char* name : {"zeros.wav", "burst.wav"}) {
-      ASSERT_EQ(render::RunTarnRender({name, "-p", "drive=6", "--block", "256"},
-                                      render::MakeTarnEffect, console, [] { return false; }),
-                0)
+    for (const auto* sound : {&zeros, &burst}) {
+      const std::string name = sound == &zeros ? "zeros.wav" : "burst.wav";
+      render_test::WriteSound(name, *sound, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+      ASSERT_EQ(
+          render::RunTarnRender({name, "-p", "drive=6", "--block", "256"}, render::MakeTarnEffect,
+                                render::Console{out, err, false}, [] { return false; }),
+          0)
           << err.str();
     }
-    EXPECT_EQ(render_test::ReadBytes("burst-tarn.wav"), render_test::ReadBytes("zeros-tarn.wav"))
-        << c.nChannels << " channels";
+    EXPECT_EQ(render_test::ReadBytes("burst-tarn.wav"), render_test::ReadBytes("zeros-tarn.wav"));
     EXPECT_NE(out.str().find(c.warning), std::string::npos) << out.str();
   }
 }

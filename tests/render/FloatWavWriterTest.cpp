@@ -4,125 +4,116 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "AtomicFile.h"
 #include "FloatWavWriter.h"
+#include "HeaderFirstStream.h"
 #include "RenderTestFiles.h"
 
 using render::FloatWavWriter;
+using render_test::ReadBytes;
 using render_test::Sound;
 using render_test::TempDir;
 
 namespace {
 
-// Beyond full scale and tiny values too, which a float file keeps as they are.
-const Sound kStereo = {2, 44100, 0, {0.5f, -0.25f, 1.5f, -2.0f, 1e-9f, 0.0f}};
-const Sound kEmpty = {1, 48000, 0, {}};
-
 // The renderer's file written by libsndfile onto a regular file, seeking as it likes.
-void WriteReference(const std::string& path, const Sound& sound) {
-  SF_INFO info{};
-  info.channels = sound.nChannels;
-  info.samplerate = sound.sampleRate;
-  info.format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
+std::vector<unsigned char> LibsndfileBytes(const std::string& path, const Sound& sound) {
+  SF_INFO info{0, sound.sampleRate, sound.nChannels, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 0, 0};
   SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
-  ASSERT_NE(file, nullptr) << sf_strerror(nullptr);
+  EXPECT_NE(file, nullptr) << sf_strerror(nullptr);
   sf_command(file, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
   sf_writef_float(file, sound.samples.data(), sound.NFrames());
   sf_close(file);
+  return ReadBytes(path);
 }
 
-std::unique_ptr<FloatWavWriter> Start(const std::string& path, const Sound& sound) {
+// Writes one frame and then the rest, as the render loop writes blocks; "" when all went well.
+std::string WriteAll(FloatWavWriter& writer, const Sound& sound) {
   std::string error;
-  auto writer =
-      FloatWavWriter::Create(path, sound.nChannels, sound.sampleRate, sound.NFrames(), &error);
-  EXPECT_TRUE(writer) << error;
-  return writer;
-}
-
-// Writes the frames one and then the rest, as the render loop writes blocks.
-bool WriteAll(FloatWavWriter& writer, const Sound& sound, std::string* error) {
   const long long first = std::min(1LL, sound.NFrames());
-  return writer.Write(sound.samples.data(), first, error) &&
-         writer.Write(sound.samples.data() + first * sound.nChannels, sound.NFrames() - first,
-                      error);
+  const bool written =
+      writer.Write(sound.samples.data(), first, &error) &&
+      writer.Write(sound.samples.data() + first * sound.nChannels, sound.NFrames() - first, &error);
+  return written ? "" : error;
 }
 
 }  // namespace
 
-// The header sent ahead of the samples is libsndfile's own, as it ends a file it can seek in.
-TEST(FloatWavWriter, WritesTheBytesLibsndfileWritesToAFile) {
-  for (const Sound& sound : {kStereo, kEmpty}) {
+// A file and a FIFO get the bytes libsndfile writes to a file it can seek in, the FIFO front to
+// back: header and samples as they come, the header only on Commit when there are no samples.
+// The reading end is opened read-write, so that neither side waits for the other.
+TEST(FloatWavWriter, WritesFilesAndFifosTheBytesLibsndfileWritesToAFile) {
+  // Beyond full scale and tiny values too, which a float file keeps as they are.
+  for (const Sound& sound :
+       {Sound{2, 44100, 0, {0.5f, -0.25f, 1.5f, -2.0f, 1e-9f, 0.0f}}, Sound{1, 48000, 0, {}}}) {
     TempDir dir;
-    WriteReference(dir.File("reference.wav"), sound);
-    auto writer = Start(dir.File("out.wav"), sound);
-    std::string error;
-    ASSERT_TRUE(WriteAll(*writer, sound, &error)) << error;
-    ASSERT_TRUE(writer->Commit(&error)) << error;
-    EXPECT_EQ(render_test::ReadBytes(dir.File("out.wav")),
-              render_test::ReadBytes(dir.File("reference.wav")))
-        << sound.NFrames() << " frames";
-    EXPECT_EQ(dir.List(), (std::vector<std::string>{"out.wav", "reference.wav"}));
-  }
-}
-
-// A FIFO gets the same bytes as a file, front to back: header and samples as they are written,
-// the header only on Commit when there are no samples. The reading end is opened read-write, so
-// that neither side waits for the other.
-TEST(FloatWavWriter, StreamsToAFifoTheBytesOfAFile) {
-  for (const Sound& sound : {kStereo, kEmpty}) {
-    TempDir dir;
-    auto fileWriter = Start(dir.File("file.wav"), sound);
-    std::string error;
-    ASSERT_TRUE(WriteAll(*fileWriter, sound, &error) && fileWriter->Commit(&error)) << error;
-    const std::vector<unsigned char> fileBytes = render_test::ReadBytes(dir.File("file.wav"));
+    const std::vector<unsigned char> expected = LibsndfileBytes(dir.File("ref.wav"), sound);
     ASSERT_EQ(mkfifo(dir.File("out.fifo").c_str(), 0644), 0);
     const int reader = open(dir.File("out.fifo").c_str(), O_RDWR | O_NONBLOCK);
-    auto writer = Start(dir.File("out.fifo"), sound);
-    ASSERT_TRUE(WriteAll(*writer, sound, &error)) << error;
-    std::vector<unsigned char> streamed = render_test::Drain(reader);
-    EXPECT_EQ(streamed.empty(), sound.NFrames() == 0);
-    ASSERT_TRUE(writer->Commit(&error)) << error;
-    const std::vector<unsigned char> atCommit = render_test::Drain(reader);
-    streamed.insert(streamed.end(), atCommit.begin(), atCommit.end());
+    for (const char* name : {"out.wav", "out.fifo"}) {
+      std::string error;
+      auto writer = FloatWavWriter::Create(dir.File(name), sound.nChannels, sound.sampleRate,
+                                           sound.NFrames(), &error);
+      ASSERT_TRUE(writer) << error;
+      ASSERT_EQ(WriteAll(*writer, sound), "");
+      std::vector<unsigned char> bytes = render_test::Drain(reader);
+      EXPECT_EQ(bytes.empty(), sound.NFrames() == 0 || name[4] == 'w') << name;
+      ASSERT_TRUE(writer->Commit(&error)) << error;
+      const std::vector<unsigned char> atCommit = render_test::Drain(reader);
+      bytes.insert(bytes.end(), atCommit.begin(), atCommit.end());
+      EXPECT_EQ(name[4] == 'w' ? ReadBytes(dir.File(name)) : bytes, expected) << name;
+    }
     close(reader);
-    EXPECT_EQ(streamed, fileBytes);
-    render_test::WriteBytes(dir.File("copy.wav"), streamed);
-    const Sound copy = render_test::ReadSound(dir.File("copy.wav"));
-    EXPECT_EQ(copy.format, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
-    EXPECT_EQ(copy.nChannels, sound.nChannels);
-    EXPECT_EQ(copy.sampleRate, sound.sampleRate);
-    EXPECT_EQ(copy.samples, sound.samples);
+    EXPECT_EQ(dir.List(), (std::vector<std::string>{"out.fifo", "out.wav", "ref.wav"}));
   }
 }
 
-TEST(FloatWavWriter, UncommittedWriterLeavesNothing) {
-  TempDir dir;
-  {
-    auto writer = Start(dir.File("out.wav"), kStereo);
-    std::string error;
-    WriteAll(*writer, kStereo, &error);
-  }
-  EXPECT_TRUE(dir.List().empty());
-}
-
-// The header gives the length before the samples come, so a file is refused rather than left
-// with a header that is wrong: longer than the 32-bit RIFF size can say (libsndfile would let it
-// wrap around), or shorter than announced. The RIFF size counts the header too, less its first 8
-// bytes: with libsndfile's header of some 90 bytes, 4 GiB less 128 bytes of stereo samples fit
-// and 4 GiB less 64 bytes do not.
+// A file whose header would be wrong is refused: longer than the 32-bit RIFF size (the header
+// less 8 bytes, plus the samples) can say, where 4 GiB less 128 bytes of samples fit and less 64
+// do not, or shorter than announced.
 TEST(FloatWavWriter, NeverLeavesAFileWhoseHeaderIsWrong) {
   TempDir dir;
+  const std::string out = dir.File("out.wav");
   std::string error;
-  EXPECT_TRUE(FloatWavWriter::Create(dir.File("out.wav"), 2, 48000, (1LL << 29) - 16, &error))
+  EXPECT_TRUE(FloatWavWriter::Create(out, 2, 48000, (1LL << 29) - 16, &error)) << error;
+  EXPECT_FALSE(FloatWavWriter::Create(out, 2, 48000, (1LL << 29) - 8, &error));
+  EXPECT_NE(error.find("\"" + out + "\": 536870904 frames are more than a WAV file holds"),
+            std::string::npos)
       << error;
-  EXPECT_FALSE(FloatWavWriter::Create(dir.File("out.wav"), 2, 48000, (1LL << 29) - 8, &error));
-  EXPECT_NE(error.find("\"" + dir.File("out.wav") + "\""), std::string::npos) << error;
-  EXPECT_NE(error.find("more than a WAV file holds"), std::string::npos) << error;
-  auto writer = FloatWavWriter::Create(dir.File("out.wav"), 1, 48000, 4, &error);
+  auto writer = FloatWavWriter::Create(out, 1, 48000, 4, &error);
   ASSERT_TRUE(writer) << error;
-  const float samples[3] = {};
-  ASSERT_TRUE(writer->Write(samples, 3, &error)) << error;
+  ASSERT_EQ(WriteAll(*writer, Sound{1, 48000, 0, {0, 0, 0}}), "");
   EXPECT_FALSE(writer->Commit(&error));
   EXPECT_NE(error.find("3 frames"), std::string::npos) << error;
   writer.reset();
   EXPECT_TRUE(dir.List().empty());
+}
+
+// Written at offsets as libsndfile goes: a header with sizes yet unknown, the samples, the final
+// header. Only the predicted header and the samples reach the file, in that order, and only if
+// the final header turns out to be the predicted one; a write going back into the samples fails.
+TEST(HeaderFirstStream, SendsThePredictedHeaderFirstAndChecksItAtTheEnd) {
+  for (const std::string finalHeader : {"HDR!", "HDR?"}) {
+    TempDir dir;
+    std::string error;  // stays empty while all goes well
+    auto file = render::AtomicFile::Create(dir.File("out.bin"), &error);
+    ASSERT_TRUE(file) << error;
+    render::HeaderFirstStream stream(*file, {'H', 'D', 'R', '!'});
+    SF_VIRTUAL_IO* io = render::HeaderFirstStream::Io();
+    const auto writeAt = [&](sf_count_t offset, const std::string& bytes) {
+      io->seek(offset, SEEK_SET, &stream);
+      return io->write(bytes.data(), static_cast<sf_count_t>(bytes.size()), &stream);
+    };
+    EXPECT_EQ(writeAt(0, "hdr?"), 4);
+    EXPECT_EQ(writeAt(4, "ab"), 2);
+    EXPECT_EQ(writeAt(5, "c"), 0);
+    EXPECT_NE(stream.Error().find("at byte 5 where"), std::string::npos) << stream.Error();
+    EXPECT_EQ(writeAt(0, finalHeader), 4);
+    const bool predicted = finalHeader == "HDR!";
+    EXPECT_EQ(stream.Finish(&error), predicted) << error;
+    EXPECT_EQ(error.find("not the one predicted") != std::string::npos, !predicted) << error;
+    ASSERT_TRUE(file->Commit(&error)) << error;
+    EXPECT_EQ(ReadBytes(dir.File("out.bin")),
+              (std::vector<unsigned char>{'H', 'D', 'R', '!', 'a', 'b'}));
+  }
 }

@@ -14,6 +14,7 @@ using render::AtomicFile;
 using render::KindOfOutput;
 using render::OutputFile;
 using render::OutputKind;
+using render_test::ReadBytes;
 using render_test::TempDir;
 
 namespace {
@@ -23,64 +24,53 @@ const std::vector<unsigned char> kNew = {'n', 'e', 'w', '!'};
 
 }  // namespace
 
-TEST(AtomicFile, CommittedFileAppearsWholeAndAlone) {
+// Written beside the target, which changes only on Commit, whole and with the usual permissions.
+TEST(AtomicFile, ReplacesTheTargetOnlyOnCommit) {
   TempDir dir;
-  std::string error;
-  auto file = AtomicFile::Create(dir.File("out.bin"), &error);
-  ASSERT_TRUE(file) << error;
-  ASSERT_TRUE(file->Write(kNew.data(), kNew.size(), &error)) << error;
-  EXPECT_EQ(dir.List().size(), 1u);  // only the temporary file so far
-  EXPECT_NE(dir.List()[0], "out.bin");
-  ASSERT_TRUE(file->Commit(&error)) << error;
-  EXPECT_EQ(dir.List(), std::vector<std::string>{"out.bin"});
-  EXPECT_EQ(render_test::ReadBytes(dir.File("out.bin")), kNew);
-}
-
-TEST(AtomicFile, UncommittedFileLeavesNothing) {
-  TempDir dir;
-  std::string error;
-  {
-    auto file = AtomicFile::Create(dir.File("out.bin"), &error);
-    ASSERT_TRUE(file) << error;
-    ASSERT_TRUE(file->Write(kNew.data(), kNew.size(), &error));
-  }
-  EXPECT_TRUE(dir.List().empty());
-}
-
-TEST(AtomicFile, ExistingFileIsReplacedOnlyOnCommit) {
-  TempDir dir;
-  render_test::WriteBytes(dir.File("out.bin"), kOld);
-  std::string error;
-  {
-    auto file = AtomicFile::Create(dir.File("out.bin"), &error);
-    ASSERT_TRUE(file);
-    file->Write(kNew.data(), kNew.size(), &error);
-  }
-  EXPECT_EQ(render_test::ReadBytes(dir.File("out.bin")), kOld);
-  EXPECT_EQ(dir.List(), std::vector<std::string>{"out.bin"});
-  auto file = AtomicFile::Create(dir.File("out.bin"), &error);
-  file->Write(kNew.data(), kNew.size(), &error);
-  ASSERT_TRUE(file->Commit(&error));
-  EXPECT_EQ(render_test::ReadBytes(dir.File("out.bin")), kNew);
-}
-
-TEST(AtomicFile, CommittedFileHasTheUsualPermissions) {
-  TempDir dir;
+  const std::string out = dir.File("out.bin");
+  render_test::WriteBytes(out, kOld);
   const mode_t previous = umask(022);
-  std::string error;
-  auto file = AtomicFile::Create(dir.File("out.bin"), &error);
-  ASSERT_TRUE(file->Commit(&error));
+  for (bool commit : {false, true}) {
+    std::string error;
+    auto file = AtomicFile::Create(out, &error);
+    ASSERT_TRUE(file && file->Write(kNew.data(), kNew.size(), &error)) << error;
+    EXPECT_EQ(dir.List().size(), 2u);
+    EXPECT_EQ(ReadBytes(out), kOld);
+    EXPECT_TRUE(!commit || file->Commit(&error)) << error;
+    file.reset();
+    EXPECT_EQ(dir.List(), std::vector<std::string>{"out.bin"});
+    EXPECT_EQ(ReadBytes(out), commit ? kNew : kOld);
+  }
   umask(previous);
   struct stat st {};
-  ASSERT_EQ(stat(dir.File("out.bin").c_str(), &st), 0);
+  ASSERT_EQ(stat(out.c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 0777, 0644u);
 }
 
-TEST(OutputFile, UnwritableTargetsAreRefusedNamingThem) {
+// Linux follows 40 links in a path and no more; so does the renderer.
+TEST(AtomicFile, FollowsAChainOfFortyLinks) {
+  TempDir dir;
+  for (int i = 1; i <= 41; ++i) {
+    ASSERT_EQ(symlink(std::to_string(i - 1).c_str(), dir.File(std::to_string(i)).c_str()), 0);
+  }
+  std::string error;
+  auto file = AtomicFile::Create(dir.File("40"), &error);
+  ASSERT_TRUE(file && file->Commit(&error)) << error;
+  EXPECT_EQ(ReadBytes(dir.File("0")), std::vector<unsigned char>{});
+  EXPECT_FALSE(OutputFile::Open(dir.File("41"), &error));
+  EXPECT_NE(error.find("symbolic links"), std::string::npos) << error;
+}
+
+// What a path names decides how it is written; what cannot be written is refused, naming it.
+// /dev/null is looked at and never written here.
+TEST(OutputFile, KindsOfOutputAndTheUnwritable) {
   TempDir dir;
   render_test::WriteBytes(dir.File("plain"), kOld);
   ASSERT_EQ(mkdir(dir.File("folder").c_str(), 0755), 0);
+  ASSERT_EQ(mkfifo(dir.File("fifo").c_str(), 0644), 0);
   ASSERT_EQ(symlink("loop", dir.File("loop").c_str()), 0);
+  ASSERT_EQ(symlink("/dev/null", dir.File("null-link").c_str()), 0);
+  ASSERT_EQ(symlink("missing", dir.File("dangling").c_str()), 0);
   const int socketFd = socket(AF_UNIX, SOCK_STREAM, 0);
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -88,39 +78,28 @@ TEST(OutputFile, UnwritableTargetsAreRefusedNamingThem) {
   ASSERT_EQ(bind(socketFd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
   const struct {
     std::string path;
-    const char* why;
+    OutputKind kind;
+    const char* refusal;  // null for outputs that can be written
   } cases[] = {
-      {dir.File("missing/out.bin"), "No such file"},
-      {dir.File("plain/out.bin"), "Not a directory"},
-      {dir.File("folder"), "is a folder"},
-      {dir.File("loop"), "symbolic links"},
-      {dir.File("socket"), "neither a file, a character device nor a FIFO"},
+      {"/dev/null", OutputKind::kStream, nullptr},
+      {dir.File("null-link"), OutputKind::kStream, nullptr},
+      {dir.File("fifo"), OutputKind::kStream, nullptr},
+      {dir.File("plain"), OutputKind::kFile, nullptr},
+      {dir.File("dangling"), OutputKind::kFile, nullptr},
+      {dir.File("missing/out.bin"), OutputKind::kFile, "No such file"},
+      {dir.File("plain/out.bin"), OutputKind::kFile, "Not a directory"},
+      {dir.File("loop"), OutputKind::kFile, "symbolic links"},
+      {dir.File("folder"), OutputKind::kFolder, "is a folder"},
+      {dir.File("socket"), OutputKind::kOther, "neither a file, a character device nor a FIFO"},
   };
   for (const auto& c : cases) {
+    EXPECT_EQ(KindOfOutput(c.path), c.kind) << c.path;
+    if (!c.refusal) continue;
     std::string error;
     EXPECT_FALSE(OutputFile::Open(c.path, &error));
     EXPECT_NE(error.find("\"" + c.path + "\""), std::string::npos) << error;
-    EXPECT_NE(error.find(c.why), std::string::npos) << error;
+    EXPECT_NE(error.find(c.refusal), std::string::npos) << error;
   }
   close(socketFd);
-  EXPECT_EQ(dir.List(), (std::vector<std::string>{"folder", "loop", "plain", "socket"}));
-}
-
-// The kind is decided by looking only, so /dev/null is looked at and never written here.
-TEST(OutputKind, DevicesAndFifosAreStreamsRegularAndNewFilesAreFiles) {
-  TempDir dir;
-  ASSERT_EQ(mkfifo(dir.File("fifo").c_str(), 0644), 0);
-  render_test::WriteBytes(dir.File("file"), kOld);
-  ASSERT_EQ(symlink("/dev/null", dir.File("null-link").c_str()), 0);
-  ASSERT_EQ(symlink("missing", dir.File("dangling").c_str()), 0);
-  const struct {
-    std::string path;
-    OutputKind kind;
-  } cases[] = {
-      {"/dev/null", OutputKind::kStream},       {dir.File("null-link"), OutputKind::kStream},
-      {dir.File("fifo"), OutputKind::kStream},  {dir.File("file"), OutputKind::kFile},
-      {dir.File("missing"), OutputKind::kFile}, {dir.File("dangling"), OutputKind::kFile},
-      {dir.Path(), OutputKind::kFolder},
-  };
-  for (const auto& c : cases) EXPECT_EQ(KindOfOutput(c.path), c.kind) << c.path;
+  EXPECT_EQ(dir.List().size(), 7u);
 }
