@@ -5,6 +5,8 @@
 
 #include "plug/IPlugBase.h"
 
+namespace {
+
 std::string StateProblem(const IPlugBase& plug, const void* bytes, std::size_t size) {
   const std::size_t expected = sizeof(double) * static_cast<std::size_t>(plug.NParams());
   if (size != expected) {
@@ -21,6 +23,8 @@ std::string StateProblem(const IPlugBase& plug, const void* bytes, std::size_t s
   }
   return std::string();
 }
+
+}  // namespace
 
 std::string RestoreWholeState(IPlugBase& plug, const void* bytes, std::size_t size) {
   std::string problem = StateProblem(plug, bytes, size);

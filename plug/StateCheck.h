@@ -10,10 +10,7 @@ class IPlugBase;
 // the effect's filters for good. A binding restores a state only when it is whole: exactly one
 // double per parameter, every one finite.
 
-// What is wrong with `bytes` as a state of `plug`, in a short phrase ("is 63 bytes; a state is
-// 64 bytes", "holds NaN for \"VU Mode\""), or an empty string when it can be restored.
-std::string StateProblem(const IPlugBase& plug, const void* bytes, std::size_t size);
-
 // Restores `bytes` into `plug` when they are a whole state and returns an empty string;
-// otherwise changes nothing and returns StateProblem's phrase.
+// otherwise changes nothing and says what is wrong in a short phrase ("is 63 bytes; a state is
+// 64 bytes", "holds NaN for \"VU Mode\"").
 std::string RestoreWholeState(IPlugBase& plug, const void* bytes, std::size_t size);
