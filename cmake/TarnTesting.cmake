@@ -4,7 +4,9 @@ function(tarn_add_gtest name)
   cmake_parse_arguments(T "" "" "SOURCES;LIBS;LABELS" ${ARGN})
   add_executable(${name} ${T_SOURCES})
   target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gtest GTest::gtest_main Threads::Threads)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${T_LABELS}")
+  # Named after their program, so "ctest -R ^tarn_lice" picks one subsystem's tests.
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_PREFIX "${name}."
+    PROPERTIES LABELS "${T_LABELS}")
 endfunction()
 
 # tarn_add_bench(NAME SOURCES a.cpp LIBS lib1)
