@@ -1,0 +1,314 @@
+// The effect as a host sees it: its parameters and identity, then the processor end to end
+// through the host float path, checked against the stated numbers of each stage.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "AllocationCounter.h"
+#include "dsp/SystemRand.h"
+#include "dsp/Tarn.h"
+#include "editor/IGraphics.h"
+
+namespace {
+
+constexpr double kRate = 48000.0, kFade = 1.0001;  // the fade rests at 1.0001 after Reset
+using Signal = std::vector<std::vector<float>>;
+
+// One instance driven as an offline host drives it.
+struct Host {
+  explicit Host(int channels, bool reset = true) : plug(MakePlug()), nCh(channels) {
+    plug->SetIO(channels, channels);
+    plug->SetSampleRate(kRate);
+    if (reset) plug->Reset();
+  }
+  Host& Set(int idx, double value) {
+    plug->SetParameter(idx, value);
+    return *this;
+  }
+  Signal Run(const Signal& in, int blockSize = 512) {
+    const int n = static_cast<int>(in[0].size());
+    Signal out(nCh, std::vector<float>(n));
+    plug->SetBlockSize(blockSize);
+    for (int start = 0; start < n; start += blockSize) {
+      float* ins[2] = {nullptr, nullptr};
+      float* outs[2] = {nullptr, nullptr};
+      for (int c = 0; c < nCh; ++c) {
+        ins[c] = const_cast<float*>(in[c].data()) + start;
+        outs[c] = out[c].data() + start;
+      }
+      plug->ProcessAudio(ins, outs, std::min(blockSize, n - start));
+    }
+    return out;
+  }
+  Tarn& effect() { return *static_cast<Tarn*>(plug.get()); }
+  std::unique_ptr<IPlugAdaptor> plug;
+  int nCh;
+};
+
+Signal Constant(int channels, int n, float v) { return Signal(channels, std::vector<float>(n, v)); }
+
+Signal Sine(int channels, int n, double freq, double amp) {
+  Signal s(channels, std::vector<float>(n));
+  for (auto& ch : s)
+    for (int i = 0; i < n; ++i) ch[i] = float(amp * std::sin(6.283185307179586 * freq * i / kRate));
+  return s;
+}
+
+class RecordingGraphics : public IGraphics {
+ public:
+  void SetControlFromPlug(int controlIdx, double value) override {
+    lastControl = controlIdx, lastValue = value, ++calls;
+  }
+  int lastControl = -1, calls = 0;
+  double lastValue = -1.0;
+};
+
+std::string Display(const IParam* p, double value) {
+  char out[64];
+  p->GetDisplayForHost(value, false, out, true);
+  return out;
+}
+
+}  // namespace
+
+TEST(TarnParams, TableTextsAndLimits) {
+  Host host(2);
+  IPlugAdaptor& plug = *host.plug;
+  ASSERT_EQ(plug.NParams(), 8);
+  const struct {
+    const char* name;
+    int type;
+    double def, min, max, step;
+    const char* label;
+  } table[] = {{"Input Trim", IParam::kTypeDouble, 0.0, -20.0, 20.0, 0.1, "dB"},
+               {"Drive", IParam::kTypeDouble, 0.0, 0.0, 10.0, 0.01, ""},
+               {"Output Compensation", IParam::kTypeDouble, 0.0, -20.0, 20.0, 0.1, "dB"},
+               {"Asymmetry", IParam::kTypeDouble, 5.0, 0.0, 10.0, 0.01, ""},
+               {"Freq Response", IParam::kTypeDouble, 0.0, -10.0, 10.0, 0.1, ""},
+               {"Crosstalk Level", IParam::kTypeDouble, -90.0, -120.0, -60.0, 0.1, "dB"},
+               {"VU Mode", IParam::kTypeEnum, 0.0, 0.0, 2.0, 1.0, ""},
+               {"Bypass", IParam::kTypeBool, 0.0, 0.0, 1.0, 1.0, ""}};
+  for (int i = 0; i < 8; ++i) {
+    const IParam* p = plug.GetParam(i);
+    SCOPED_TRACE(table[i].name);
+    EXPECT_STREQ(p->GetNameForHost(), table[i].name);
+    EXPECT_EQ(p->Type(), table[i].type);
+    EXPECT_EQ(p->Value(), table[i].def);
+    EXPECT_EQ(p->GetMin(), table[i].min);
+    EXPECT_EQ(p->GetMax(), table[i].max);
+    EXPECT_EQ(p->GetStep(), table[i].step);
+    EXPECT_EQ(p->GetShape(), 1.0);
+    EXPECT_STREQ(p->GetLabelForHost(), table[i].label);
+    EXPECT_STREQ(p->GetGroupForHost(), "");
+  }
+  EXPECT_EQ(Display(plug.GetParam(kVuMode), 0), "Input");
+  EXPECT_EQ(Display(plug.GetParam(kVuMode), 1), "RMS Difference Out-In");
+  EXPECT_EQ(Display(plug.GetParam(kVuMode), 2), "Output");
+  EXPECT_EQ(Display(plug.GetParam(kBypass), 1), "on");
+  plug.SetParameter(kCrosstalk, -30.0);
+  EXPECT_EQ(plug.GetParam(kCrosstalk)->Value(), -60.0);
+  plug.SetParameter(kCrosstalk, -200.0);
+  EXPECT_EQ(plug.GetParam(kCrosstalk)->Value(), -120.0);
+}
+
+// Identity, channel layouts and the one default preset "-" holding the defaults as
+// little-endian doubles: zero but Asymmetry (5.0) and Crosstalk Level (-90.0).
+TEST(TarnParams, IdentityAndDefaultPreset) {
+  Host host(2);
+  IPlugAdaptor& plug = *host.plug;
+  EXPECT_STREQ(plug.GetEffectName(), "Tarn");
+  EXPECT_STREQ(plug.GetProductName(), "");
+  EXPECT_STREQ(plug.GetMfrName(), "Tessmoral");
+  EXPECT_EQ(plug.GetEffectVersion(false), 65536);
+  EXPECT_EQ(plug.GetUniqueID(), 0x5461726E);
+  EXPECT_EQ(plug.GetMfrID(), 0x54734D72);
+  EXPECT_EQ(plug.GetLatency(), 6);
+  EXPECT_FALSE(plug.DoesStateChunks() || plug.IsInst() || plug.DoesMidi());
+  int in = 0, out = 0;
+  ASSERT_EQ(plug.NChannelIO(), 2);
+  plug.GetChannelIO(1, &in, &out);
+  EXPECT_EQ(in * 10 + out, 22);
+  plug.GetChannelIO(0, &in, &out);
+  EXPECT_EQ(in * 10 + out, 11);
+  ASSERT_EQ(plug.NPresets(), 1);
+  EXPECT_STREQ(plug.GetPreset(0)->mName, "-");
+  unsigned char expected[64] = {};
+  expected[3 * 8 + 6] = 0x14, expected[3 * 8 + 7] = 0x40;
+  expected[5 * 8 + 5] = 0x80, expected[5 * 8 + 6] = 0x56, expected[5 * 8 + 7] = 0xC0;
+  ASSERT_EQ(plug.GetPreset(0)->mChunk.Size(), 64);
+  EXPECT_EQ(std::memcmp(plug.GetPreset(0)->mChunk.GetBytes(), expected, 64), 0);
+}
+
+// Silence in, bypassed from the start: only the noise floor comes out, the congruential
+// generator at 10^((0.1·trim - 90)/20) through the 850 Hz high shelf. Its first sample is the
+// shelf's b0 times the first draw; the trim scales the whole floor by a tenth of its dB; both
+// stereo channels and the mono channel carry the same floor.
+TEST(TarnProcessor, NoiseFloorLevelAndColour) {
+  const double u1 = 1.0 - 2.0 * 29573 / 139968;
+  for (double drive : {0.0, 10.0}) {
+    RBJ shelf{};
+    shelf.setup(8, 850.0, kRate, 0.2, (6.0 * drive - 40.0) * 0.25 - 14.0, true);
+    const Signal quiet = Host(2).Set(kBypass, 1).Set(kDrive, drive).Run(Constant(2, 4800, 0));
+    const Signal trimmed =
+        Host(2).Set(kBypass, 1).Set(kDrive, drive).Set(kInputTrim, 20).Run(Constant(2, 4800, 0));
+    EXPECT_FLOAT_EQ(quiet[0][0], shelf.b0 * std::pow(10.0, -90.0 / 20) * u1 * kFade);
+    for (int n = 0; n < 4800; ++n)
+      ASSERT_NEAR(trimmed[0][n] / quiet[0][n], std::pow(10, 0.1), 1e-5);
+    EXPECT_EQ(quiet[0], quiet[1]);
+    EXPECT_EQ(Host(1).Set(kBypass, 1).Set(kDrive, drive).Run(Constant(1, 4800, 0))[0], quiet[0]);
+  }
+}
+
+// From construction the fade rises by 0.0001 per frame from 0 and scales input and output, so a
+// bypassed constant comes out as input·fade² over the floor; after Reset it rests at 1.0001.
+TEST(TarnProcessor, StartUpFade) {
+  const Signal floor = Host(2, false).Set(kBypass, 1).Run(Constant(2, 12000, 0));
+  const Signal half = Host(2, false).Set(kBypass, 1).Run(Constant(2, 12000, 0.5f));
+  for (int n : {0, 1, 4999, 9998, 9999, 10000, 11999}) {
+    const double fade = std::min(n + 1, 10001) * 0.0001;
+    EXPECT_NEAR(half[0][n] - floor[0][n], 0.5 * fade * fade, 2e-7) << n;
+  }
+  const Signal reset = Host(2).Set(kBypass, 1).Run(Constant(2, 100, 0.5f));
+  EXPECT_NEAR(reset[0][99], 0.5 * kFade * kFade, 1e-4);
+}
+
+// Outputs are held to ±20 before the noise and fade; the loudest settings stay inside.
+TEST(TarnProcessor, ClampsToTwenty) {
+  const Signal floor = Host(2).Set(kBypass, 1).Run(Constant(2, 256, 0));
+  const Signal out =
+      Host(2).Set(kBypass, 1).Run({std::vector<float>(256, 100.f), std::vector<float>(256, -1e6f)});
+  for (int n = 0; n < 256; ++n) {
+    ASSERT_FLOAT_EQ(out[0][n], float(20.0 * kFade + floor[0][n]));
+    ASSERT_FLOAT_EQ(out[1][n], float(-20.0 * kFade + floor[1][n]));
+  }
+  for (const auto& ch : Host(2).Set(kDrive, 10).Set(kOutputComp, 20).Run(Sine(2, 24000, 100, 1e3)))
+    for (float v : ch) ASSERT_LE(std::fabs(v), 20.0 * kFade + 1e-3);
+}
+
+// Bypass keeps "Input Trim" on the dry path; switching it on drops the wet share by 0.99 per
+// frame, to 1 % after 458 frames. The wet share is recovered from a never-bypassed twin.
+TEST(TarnProcessor, BypassCrossfadesToTheTrimmedDry) {
+  const Signal in = Sine(2, 6000, 220.0, 0.3), noInput = Constant(2, 6000, 0);
+  const auto head = [](const Signal& s, int a, int b) {
+    return Signal{{s[0].begin() + a, s[0].begin() + b}, {s[1].begin() + a, s[1].begin() + b}};
+  };
+  Host steady(2), switched(2);
+  steady.Set(kDrive, 6), switched.Set(kDrive, 6);
+  EXPECT_EQ(steady.Run(head(in, 0, 4800)), switched.Run(head(in, 0, 4800)));
+  switched.Set(kBypass, 1);
+  const Signal a = steady.Run(head(in, 4800, 6000)), b = switched.Run(head(in, 4800, 6000));
+  const Signal floor = head(Host(2).Set(kBypass, 1).Run(noInput), 4800, 6000);
+  for (int n = 0; n < 1200; ++n) {
+    const double dry = in[0][4800 + n] * kFade, wet = (a[0][n] - floor[0][n]) / kFade;
+    if (std::fabs(wet - dry) < 0.05) continue;
+    const double mix = ((b[0][n] - floor[0][n]) / kFade - dry) / (wet - dry);
+    ASSERT_NEAR(mix, std::pow(0.99, n + 1), 1e-4) << n;
+  }
+  const Signal trimmed = Host(2).Set(kInputTrim, 6).Set(kBypass, 1).Run(Sine(2, 100, 440, 0.25));
+  const Signal sine = Sine(2, 100, 440, 0.25), silentFloor = Host(2).Set(kBypass, 1).Run(noInput);
+  for (int n = 0; n < 100; ++n)
+    ASSERT_NEAR(trimmed[0][n] - silentFloor[0][n] * std::pow(10, 0.03),
+                sine[0][n] * std::pow(10, 6 / 20.0) * kFade * kFade, 1e-6);
+}
+
+// "Output Compensation" scales the wet signal, with a fixed -1.2 dB once it has been set; the
+// constructed gain is a plain 1.0.
+TEST(TarnProcessor, OutputCompensationCarriesAFixedTrim) {
+  const Signal in = Sine(2, 8000, 330.0, 0.2);
+  const Signal p = Host(2).Run(in), z = Host(2).Set(kOutputComp, 0).Run(in),
+               b = Host(2).Set(kOutputComp, 6).Run(in);
+  const Signal floor = Host(2).Set(kBypass, 1).Run(Constant(2, 8000, 0));
+  for (int n = 4000; n < 8000; ++n) {
+    const double wetP = p[0][n] - floor[0][n], wetZ = z[0][n] - floor[0][n];
+    if (std::fabs(wetP) < 1e-2) continue;
+    ASSERT_NEAR(wetZ / wetP, 0.870963589956083, 2e-4) << n;
+    ASSERT_NEAR((b[0][n] - floor[0][n]) / wetZ, std::pow(10, 6 / 20.0), 2e-4) << n;
+  }
+}
+
+// Mono runs the left channel of the stereo chain: equal inputs with the crosstalk off at
+// exactly -120 dB give the mono output on both stereo sides; at -119.9 the leak is on (1 dB
+// stronger into the right). A mono instance writes only the first output.
+TEST(TarnProcessor, MonoStereoAndCrosstalk) {
+  const Signal in = Sine(2, 9000, 150.0, 0.6);
+  for (double xt : {-120.0, -119.9}) {
+    const Signal m = Host(1).Set(kDrive, 6).Set(kAsymmetry, 8).Set(kCrosstalk, xt).Run({in[0]});
+    const Signal s = Host(2).Set(kDrive, 6).Set(kAsymmetry, 8).Set(kCrosstalk, xt).Run(in);
+    EXPECT_EQ(m[0] == s[0], xt == -120.0);
+    EXPECT_EQ(s[0] == s[1], xt == -120.0);
+  }
+  Host mono(1);
+  std::vector<double> x(64, 0.25), out0(64, 7.0), out1(64, 7.0);
+  double* ins[2] = {x.data(), x.data()};
+  double* outs[2] = {out0.data(), out1.data()};
+  mono.effect().ProcessDoubleReplacing(ins, outs, 64);
+  EXPECT_NE(out0, std::vector<double>(64, 7.0));
+  EXPECT_EQ(out1, std::vector<double>(64, 7.0));
+}
+
+// The needle: without an editor the ballistics value (unity gain at DC); with one, +18 dB,
+// compressed by 0.43 above the 0.638 mark, held within 0.015..0.98 and sent once per block. In
+// "RMS Difference Out-In" it reads output over input 3.95 dB low, and 0.638 for silence.
+TEST(TarnProcessor, Meter) {
+  const float dc = 0.125f;
+  Host bare(2);
+  bare.Run(Constant(2, 480000, dc));
+  EXPECT_NEAR(bare.effect().GetNeedle(), dc * kFade, 1e-9);
+  Host shown(2);
+  auto* gui = new RecordingGraphics;
+  shown.plug->AttachGraphics(gui);
+  shown.effect().SetMeterControl(3);
+  shown.Run(Constant(2, 480000, dc));
+  EXPECT_EQ(gui->lastControl, 3);
+  EXPECT_EQ(gui->calls, 480000 / 512 + 1);
+  EXPECT_NEAR(gui->lastValue, 0.638 + (dc * kFade * std::pow(10, 0.9) - 0.638) * 0.43, 1e-8);
+  shown.Run(Constant(2, 480000, 0.0f));
+  EXPECT_EQ(gui->lastValue, 0.015);
+  shown.Run(Constant(2, 480000, 10.0f));
+  EXPECT_EQ(gui->lastValue, 0.98);
+  shown.Set(kVuMode, 2).Run(Constant(2, 480000, 0.0f));
+  EXPECT_EQ(gui->lastValue, 0.015);
+  Host rms(2);
+  auto* gui2 = new RecordingGraphics;
+  rms.plug->AttachGraphics(gui2);
+  rms.Set(kVuMode, 1).Run(Constant(2, 4096, 0.0f));
+  EXPECT_EQ(gui2->lastValue, 0.638);
+  rms.Set(kBypass, 1).Run(Sine(2, 96000, 1000.0, 0.5));
+  EXPECT_NEAR(gui2->lastValue, std::pow(10.0, (20 * std::log10(kFade) - 3.95) / 20.0), 1e-5);
+}
+
+// Nothing on the audio path allocates, mono or stereo, processed or bypassed, at any block size.
+TEST(TarnProcessor, ProcessingAllocatesNothing) {
+  for (int channels : {1, 2}) {
+    Host host(channels);
+    host.plug->SetBlockSize(4096);
+    std::vector<float> buf(4 * 4096, 0.1f);
+    float* ins[2] = {buf.data(), buf.data() + 4096};
+    float* outs[2] = {buf.data() + 8192, buf.data() + 12288};
+    for (int n : {1, 7, 64, 512, 4096}) {
+      AllocationScope scope;
+      host.Set(kDrive, n % 10);
+      host.plug->ProcessAudio(ins, outs, n);
+      host.plug->ProcessAudioBypassed(ins, outs, n);
+      EXPECT_EQ(scope.Count(), 0) << "channels " << channels << " block " << n;
+    }
+  }
+}
+
+// The drift draws from the C library's sequence as a process that never seeds it sees it: a
+// separate program prints it, so nothing here can have drawn from it first.
+TEST(SystemRand, MatchesAFreshProcess) {
+  FILE* pipe = popen(TARN_FRESH_RAND " 2000", "r");
+  ASSERT_NE(pipe, nullptr);
+  SystemRand random;
+  int expected = 0, count = 0;
+  for (; std::fscanf(pipe, "%d", &expected) == 1; ++count) ASSERT_EQ(random.next(), expected);
+  pclose(pipe);
+  EXPECT_EQ(count, 2000);
+}
