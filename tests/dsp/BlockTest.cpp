@@ -5,15 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cfloat>
 #include <functional>
-#include <limits>
 #include <memory>
 #include <vector>
 
 #include "Signals.h"
 #include "dsp/AsymSat.h"
-#include "dsp/SplitHalfBand.h"
 #include "dsp/Tarn.h"
 
 namespace {
@@ -74,41 +71,6 @@ void ExpectSame(const std::vector<double>& a, const std::vector<double>& b) {
 }
 
 }  // namespace
-
-// Each lane alone: a zero exponent (either zero, any subnormal) becomes +0.0, all else is kept.
-TEST(LanePair, FlushDenormalPerLane) {
-  const double tiny[] = {0.0, -0.0, std::numeric_limits<double>::denorm_min(),
-                         -std::nextafter(DBL_MIN, 0.0)};
-  for (double t : tiny) {
-    for (double keep : {DBL_MIN, -DBL_MIN, 1.0, DBL_MAX, -HUGE_VAL, std::nan("")}) {
-      const LanePair a = FlushDenormal(LanePair{t, keep}), b = FlushDenormal(LanePair{keep, t});
-      EXPECT_TRUE(SameBits(a[0], 0.0) && SameBits(a[1], keep) && SameBits(b[0], keep) &&
-                  SameBits(b[1], 0.0));
-    }
-  }
-}
-
-// The chunked half-band equals one call per sub-sample, single and in left/right pairs.
-TEST(SplitHalfBand, ChunksEqualSubSampleCalls) {
-  HalfBandFilter refL, refR, mono, pairL, pairR;
-  int n = 0;
-  for (int frames : {1, 2, 7, 64, 3, 128, 1}) {
-    std::vector<double> inL(2 * frames), inR(2 * frames), single(2 * frames), scratch(2 * frames);
-    std::vector<LanePair> pair(2 * frames), scratchPair(2 * frames);
-    for (int k = 0; k < 2 * frames; ++k, ++n) {
-      inL[k] = single[k] = k % 2 == 0 ? kBursts(n, 0) : 0.1 * TestNoise(n);
-      inR[k] = TestNoise(n + 7);
-      pair[k] = LanePair{inL[k], inR[k]};
-    }
-    SplitHalfBand<double>::process(mono, mono, single.data(), scratch.data(), frames);
-    SplitHalfBand<LanePair>::process(pairL, pairR, pair.data(), scratchPair.data(), frames);
-    for (int k = 0; k < 2 * frames; ++k) {
-      const double left = refL.process(inL[k]), right = refR.process(inR[k]);
-      ASSERT_TRUE(SameBits(single[k], left) && SameBits(pair[k][0], left));
-      ASSERT_TRUE(SameBits(pair[k][1], right));
-    }
-  }
-}
 
 // Blocks equal frames, stereo and mono, on every block size; the state left behind agrees too,
 // which the frames run after each block run show.
