@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -69,80 +70,58 @@ class RecordingGraphics : public IGraphics {
   double lastValue = -1.0;
 };
 
-std::string Display(const IParam* p, double value) {
-  char out[64];
-  p->GetDisplayForHost(value, false, out, true);
-  return out;
+// A parameter as one line: name, kind, default, range, step, shape, unit, group, display of 1.
+std::string Describe(const IParam* p) {
+  char line[400], shown[64];
+  p->GetDisplayForHost(1.0, false, shown, true);
+  std::snprintf(line, sizeof line, "%s|%d|%g|%g|%g|%g|%g|%s|%s|%s", p->GetNameForHost(), p->Type(),
+                p->Value(), p->GetMin(), p->GetMax(), p->GetStep(), p->GetShape(),
+                p->GetLabelForHost(), p->GetGroupForHost(), shown);
+  return line;
 }
 
 }  // namespace
 
-TEST(TarnParams, TableTextsAndLimits) {
+// The eight parameters as the host sees them (kinds: 4 double, 3 enumeration, 1 boolean), the
+// meter modes' texts, the crosstalk's hard limits; then identity, layouts and the one default
+// preset "-": the defaults as little-endian doubles, zero but Asymmetry (5) and Crosstalk (-90).
+TEST(TarnParams, TableIdentityAndDefaultPreset) {
   Host host(2);
   IPlugAdaptor& plug = *host.plug;
+  const char* expected[] = {"Input Trim|4|0|-20|20|0.1|1|dB||1.0",
+                            "Drive|4|0|0|10|0.01|1|||1.00",
+                            "Output Compensation|4|0|-20|20|0.1|1|dB||1.0",
+                            "Asymmetry|4|5|0|10|0.01|1|||1.00",
+                            "Freq Response|4|0|-10|10|0.1|1|||1.0",
+                            "Crosstalk Level|4|-90|-120|-60|0.1|1|dB||1.0",
+                            "VU Mode|3|0|0|2|1|1|||RMS Difference Out-In",
+                            "Bypass|1|0|0|1|1|1|||on"};
   ASSERT_EQ(plug.NParams(), 8);
-  const struct {
-    const char* name;
-    int type;
-    double def, min, max, step;
-    const char* label;
-  } table[] = {{"Input Trim", IParam::kTypeDouble, 0.0, -20.0, 20.0, 0.1, "dB"},
-               {"Drive", IParam::kTypeDouble, 0.0, 0.0, 10.0, 0.01, ""},
-               {"Output Compensation", IParam::kTypeDouble, 0.0, -20.0, 20.0, 0.1, "dB"},
-               {"Asymmetry", IParam::kTypeDouble, 5.0, 0.0, 10.0, 0.01, ""},
-               {"Freq Response", IParam::kTypeDouble, 0.0, -10.0, 10.0, 0.1, ""},
-               {"Crosstalk Level", IParam::kTypeDouble, -90.0, -120.0, -60.0, 0.1, "dB"},
-               {"VU Mode", IParam::kTypeEnum, 0.0, 0.0, 2.0, 1.0, ""},
-               {"Bypass", IParam::kTypeBool, 0.0, 0.0, 1.0, 1.0, ""}};
-  for (int i = 0; i < 8; ++i) {
-    const IParam* p = plug.GetParam(i);
-    SCOPED_TRACE(table[i].name);
-    EXPECT_STREQ(p->GetNameForHost(), table[i].name);
-    EXPECT_EQ(p->Type(), table[i].type);
-    EXPECT_EQ(p->Value(), table[i].def);
-    EXPECT_EQ(p->GetMin(), table[i].min);
-    EXPECT_EQ(p->GetMax(), table[i].max);
-    EXPECT_EQ(p->GetStep(), table[i].step);
-    EXPECT_EQ(p->GetShape(), 1.0);
-    EXPECT_STREQ(p->GetLabelForHost(), table[i].label);
-    EXPECT_STREQ(p->GetGroupForHost(), "");
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(Describe(plug.GetParam(i)), expected[i]);
+  char shown[64];
+  for (auto [value, text] : {std::pair{0.0, "Input"}, {2.0, "Output"}}) {
+    plug.GetParam(kVuMode)->GetDisplayForHost(value, false, shown, true);
+    EXPECT_STREQ(shown, text);
   }
-  EXPECT_EQ(Display(plug.GetParam(kVuMode), 0), "Input");
-  EXPECT_EQ(Display(plug.GetParam(kVuMode), 1), "RMS Difference Out-In");
-  EXPECT_EQ(Display(plug.GetParam(kVuMode), 2), "Output");
-  EXPECT_EQ(Display(plug.GetParam(kBypass), 1), "on");
   plug.SetParameter(kCrosstalk, -30.0);
   EXPECT_EQ(plug.GetParam(kCrosstalk)->Value(), -60.0);
   plug.SetParameter(kCrosstalk, -200.0);
   EXPECT_EQ(plug.GetParam(kCrosstalk)->Value(), -120.0);
-}
-
-// Identity, channel layouts and the one default preset "-" holding the defaults as
-// little-endian doubles: zero but Asymmetry (5.0) and Crosstalk Level (-90.0).
-TEST(TarnParams, IdentityAndDefaultPreset) {
-  Host host(2);
-  IPlugAdaptor& plug = *host.plug;
-  EXPECT_STREQ(plug.GetEffectName(), "Tarn");
-  EXPECT_STREQ(plug.GetProductName(), "");
-  EXPECT_STREQ(plug.GetMfrName(), "Tessmoral");
-  EXPECT_EQ(plug.GetEffectVersion(false), 65536);
-  EXPECT_EQ(plug.GetUniqueID(), 0x5461726E);
-  EXPECT_EQ(plug.GetMfrID(), 0x54734D72);
-  EXPECT_EQ(plug.GetLatency(), 6);
-  EXPECT_FALSE(plug.DoesStateChunks() || plug.IsInst() || plug.DoesMidi());
-  int in = 0, out = 0;
-  ASSERT_EQ(plug.NChannelIO(), 2);
-  plug.GetChannelIO(1, &in, &out);
-  EXPECT_EQ(in * 10 + out, 22);
-  plug.GetChannelIO(0, &in, &out);
-  EXPECT_EQ(in * 10 + out, 11);
-  ASSERT_EQ(plug.NPresets(), 1);
-  EXPECT_STREQ(plug.GetPreset(0)->mName, "-");
-  unsigned char expected[64] = {};
-  expected[3 * 8 + 6] = 0x14, expected[3 * 8 + 7] = 0x40;
-  expected[5 * 8 + 5] = 0x80, expected[5 * 8 + 6] = 0x56, expected[5 * 8 + 7] = 0xC0;
+  int in1, out1, in2, out2;
+  plug.GetChannelIO(0, &in1, &out1), plug.GetChannelIO(1, &in2, &out2);
+  std::ostringstream identity;
+  identity << plug.GetEffectName() << '|' << plug.GetProductName() << '|' << plug.GetMfrName()
+           << '|' << plug.GetEffectVersion(false) << std::hex << '|' << plug.GetUniqueID() << '|'
+           << plug.GetMfrID() << std::dec << '|' << plug.GetLatency() << '|'
+           << plug.DoesStateChunks() << plug.IsInst() << plug.DoesMidi() << '|' << plug.NChannelIO()
+           << ':' << in1 << out1 << in2 << out2 << '|' << plug.NPresets() << '|'
+           << plug.GetPreset(0)->mName;
+  EXPECT_EQ(identity.str(), "Tarn||Tessmoral|65536|5461726e|54734d72|6|000|2:1122|1|-");
+  unsigned char defaults[64] = {};
+  defaults[30] = 0x14, defaults[31] = 0x40, defaults[45] = 0x80, defaults[46] = 0x56;
+  defaults[47] = 0xC0;
   ASSERT_EQ(plug.GetPreset(0)->mChunk.Size(), 64);
-  EXPECT_EQ(std::memcmp(plug.GetPreset(0)->mChunk.GetBytes(), expected, 64), 0);
+  EXPECT_EQ(std::memcmp(plug.GetPreset(0)->mChunk.GetBytes(), defaults, 64), 0);
 }
 
 // Silence in, bypassed from the start: only the noise floor comes out, the congruential
