@@ -1,9 +1,6 @@
-#include <sstream>
-
 #include "TestPlug.h"
 
-// Ranges are never narrower than one step, a later initialiser keeps the kind, precision
-// counts the step's digits.
+// Ranges never narrower than a step; a later initialiser keeps the kind; precision: step digits.
 TEST(IParam, InitialisersSetKindRangeAndValue) {
   IParam p[6];
   p[1].InitDouble("Gain", 1.5, -20.0, 20.0, 0.1, "dB", "Main");

@@ -12,24 +12,29 @@ struct ParamReadingPlug : TestPlug {
   bool torn = false;  // written only under the mutex
 };
 
-// Blocks, editor edits and automation at once: none lands inside a block (TSan in CI).
-TEST(Threads, ParameterChangesNeverLandInsideABlock) {
+// Blocks, edits, automation and nested locks at once: no change lands inside a block or a held
+// lock (CI runs this under ThreadSanitizer).
+TEST(Threads, ParameterChangesNeverLandInsideABlockOrHeldLock) {
   ParamReadingPlug plug;
   std::atomic<bool> stop{false};
   std::thread audio([&] {
     HostBuffers in(2, 256, 0.5f), out(2, 256, 0.f);
-    for (int i = 0; i < 400; ++i) {
-      if (i % 3)
-        plug.ProcessAudio(in.get(), out.get(), 256);
-      else
-        plug.ProcessAudioBypassed(in.get(), out.get(), 256);
-    }
+    for (int i = 0; i < 200; ++i)
+      plug.ProcessAudio(in.get(), out.get(), 256),
+          plug.ProcessAudioBypassed(in.get(), out.get(), 256);
     stop = true;
   });
   std::thread editor([&] {
     for (int i = 0; !stop; ++i)
       plug.SetParameterFromGUI(0, i % 10 / 10.0), plug.SetParameter(1, i % 7);
   });
+  while (!stop) {  // a nested lock's Leave must not release the mutex
+    WDL_MutexLock outer(&plug.GetMutex());
+    plug.GetMutex().Enter(), plug.GetMutex().Leave();
+    const double value = plug.GetParam(0)->Value();
+    std::this_thread::yield();
+    EXPECT_EQ(plug.GetParam(0)->Value(), value);
+  }
   audio.join();
   editor.join();
   WDL_MutexLock lock(&plug.GetMutex());
