@@ -1,213 +1,80 @@
-#include <gtest/gtest.h>
+#include "TestPlug.h"
 
-#include <cmath>
-#include <string>
-
-#include "plug/IParam.h"
-
-namespace {
-
-std::string Display(const IParam& p, double value, bool normalized = false, bool texts = true) {
-  char out[64];
-  p.GetDisplayForHost(value, normalized, out, texts);
-  return out;
-}
-
-}  // namespace
-
-TEST(IParam, FreshParameterHasDocumentedDefaults) {
-  IParam p;
-  EXPECT_EQ(p.Type(), IParam::kTypeNone);
-  EXPECT_EQ(p.Value(), 0.0);
-  EXPECT_EQ(p.GetMin(), 0.0);
-  EXPECT_EQ(p.GetMax(), 1.0);
-  EXPECT_EQ(p.GetStep(), 1.0);
-  EXPECT_EQ(p.GetShape(), 1.0);
-  EXPECT_TRUE(p.GetCanAutomate());
-  EXPECT_FALSE(p.GetNegateDisplay());
-  EXPECT_STREQ(p.GetNameForHost(), "");
-  EXPECT_EQ(p.GetNDisplayTexts(), 0);
-}
-
-TEST(IParam, InitDoubleStoresRangeAndNeverNarrowerThanOneStep) {
-  IParam p;
-  p.InitDouble("Gain", 1.5, -20.0, 20.0, 0.1, "dB", "Main");
-  EXPECT_EQ(p.Type(), IParam::kTypeDouble);
-  EXPECT_EQ(p.Value(), 1.5);
-  EXPECT_EQ(p.GetDefault(), 1.5);
-  EXPECT_EQ(p.GetMin(), -20.0);
-  EXPECT_EQ(p.GetMax(), 20.0);
-  EXPECT_STREQ(p.GetNameForHost(), "Gain");
-  EXPECT_STREQ(p.GetLabelForHost(), "dB");
-  EXPECT_STREQ(p.GetGroupForHost(), "Main");
-
-  IParam empty;
-  empty.InitDouble("x", 0.0, 0.0, 0.0, 1.0);
-  EXPECT_EQ(empty.GetMax(), 1.0);
-  IParam inverted;
-  inverted.InitDouble("x", 0.0, 5.0, 2.0, 0.5);
-  EXPECT_EQ(inverted.GetMax(), 5.5);
-}
-
-TEST(IParam, DisplayPrecisionCountsDigitsOfTheStep) {
-  const struct {
-    double step;
-    int precision;
-  } cases[] = {{1.0, 0}, {2.0, 0}, {0.1, 1}, {0.25, 2}, {0.01, 2}, {0.001, 3},
-               {0.5, 1}, {0.0001, 4}, {0.00001, 5}, {0.000001, 6}, {1.0 / 3.0, 6}};
-  for (const auto& c : cases) {
-    IParam p;
-    p.InitDouble("x", 0.0, 0.0, 10.0, c.step);
-    EXPECT_EQ(p.GetPrecision(), c.precision) << "step " << c.step;
+// Ranges never narrower than a step; a later initialiser keeps the kind; precision: step digits.
+TEST(IParam, InitialisersSetKindRangeAndValue) {
+  IParam p[6];
+  p[1].InitDouble("Gain", 1.5, -20.0, 20.0, 0.1, "dB", "Main");
+  p[2].InitDouble("x", 0.0, 0.0, 0.0, 1.0);
+  p[3].InitEnum("Mode", 2, 3);
+  p[4].InitBool("On", true);
+  p[5].InitBool("On", false);
+  p[5].InitDouble("On", 0.0, 0.0, 1.0, 0.5);
+  std::ostringstream all;
+  for (const IParam& q : p) {
+    all << q.Type() << ' ' << q.GetMin() << ".." << q.GetMax() << '=' << q.Value() << '/'
+        << q.GetDefault() << '/' << q.GetStep() << ' ' << q.GetShape() << q.GetCanAutomate() << ';';
   }
-}
-
-TEST(IParam, EnumAndBoolKeepTheirKindAndRange) {
-  IParam e;
-  e.InitEnum("Mode", 2, 3);
-  EXPECT_EQ(e.Type(), IParam::kTypeEnum);
-  EXPECT_EQ(e.GetMin(), 0.0);
-  EXPECT_EQ(e.GetMax(), 2.0);
-  EXPECT_EQ(e.Value(), 2.0);
-
-  IParam b;
-  b.InitBool("On", true);
-  EXPECT_EQ(b.Type(), IParam::kTypeBool);
-  EXPECT_EQ(b.Value(), 1.0);
-  EXPECT_EQ(b.GetNDisplayTexts(), 2);
-  EXPECT_STREQ(b.GetDisplayText(0), "off");
-  EXPECT_STREQ(b.GetDisplayText(1), "on");
-
-  // A later initialiser keeps the kind set first.
-  b.InitDouble("On", 0.0, 0.0, 1.0, 0.5);
-  EXPECT_EQ(b.Type(), IParam::kTypeBool);
-
-  IParam i;
-  i.InitInt("Count", 3, 1, 8);
-  EXPECT_EQ(i.Type(), IParam::kTypeInt);
-  EXPECT_EQ(i.GetMin(), 1.0);
-  EXPECT_EQ(i.GetMax(), 8.0);
-}
-
-TEST(IParam, SetNormalizedRoundsDiscreteKindsToNearestStepHalvesUp) {
-  IParam e;
-  e.InitEnum("Mode", 0, 3);
-  const struct {
-    double n, plain;
-  } cases[] = {{0.0, 0.0}, {0.24, 0.0}, {0.25, 1.0}, {0.5, 1.0},
-               {0.74, 1.0}, {0.75, 2.0}, {0.76, 2.0}, {1.0, 2.0}};
-  for (const auto& c : cases) {
-    e.SetNormalized(c.n);
-    EXPECT_EQ(e.Value(), c.plain) << "normalised " << c.n;
+  EXPECT_EQ(all.str(),
+            "0 0..1=0/0/1 11;4 -20..20=1.5/1.5/0.1 11;4 0..1=0/0/1 11;3 0..2=2/2/1 11;"
+            "1 0..1=1/1/1 11;1 0..1=0/0/0.5 11;");
+  std::string digits;
+  for (double step : {1.0, 2.0, 0.1, 0.25, 0.01, 0.001, 0.5, 1e-4, 1e-5, 1e-6, 1.0 / 3.0}) {
+    p[0].InitDouble("x", 0.0, 0.0, 10.0, step);
+    digits += std::to_string(p[0].GetPrecision());
   }
+  EXPECT_EQ(digits, "00122314566");
 }
 
-TEST(IParam, SetNormalizedClampsOnlyAtTheTop) {
-  IParam p;
-  p.InitDouble("x", 0.0, 0.0, 10.0, 0.01);
-  p.SetNormalized(-0.2);
-  EXPECT_EQ(p.Value(), -2.0);
-  p.SetNormalized(1.3);
-  EXPECT_EQ(p.Value(), 10.0);
-  p.SetNormalized(0.25);
-  EXPECT_EQ(p.Value(), 2.5);  // a double is not rounded to its step
-
-  IParam e;
+// To plain: discrete kinds round halves up, only the top clamps, shape 2 squares; back to
+// normalised clamps and inverts. +20 dB is ten times.
+TEST(IParam, NormalisedMappingAndDecibels) {
+  IParam e, d, shaped;
   e.InitEnum("Mode", 0, 3);
-  e.SetNormalized(-0.5);  // -1.0, rounded to the step and left below the range
-  EXPECT_EQ(e.Value(), -1.0);
+  d.InitDouble("x", 0.0, -20.0, 20.0, 0.01);
+  shaped.InitDouble("x", 0.0, -4.0, 12.0, 0.01);
+  shaped.SetShape(2.0);
+  std::ostringstream plain;
+  plain.precision(17);
+  for (double n : {0.0, 0.24, 0.25, 0.5, 0.74, 0.75, 1.0, -0.5})
+    e.SetNormalized(n), plain << e.Value() << ' ';
+  for (double n : {-0.1, 1.3, 0.625}) d.SetNormalized(n), plain << d.Value() << ' ';
+  shaped.SetNormalized(0.5);
+  plain << shaped.Value() << ' ' << shaped.GetNormalized() << ' ' << shaped.GetNormalized(5.0)
+        << ' ' << d.GetNormalized(-50.0) << ' ' << d.GetNormalized(50.0) << ' '
+        << d.GetNormalized(10.0);
+  EXPECT_EQ(plain.str(), "0 0 1 1 1 2 2 -1 -24 20 5 0 0.5 0.75 0 1 0.75");
+  d.Set(20.0);
+  EXPECT_NEAR(d.DBToAmp(), 10.0, 1e-11);
 }
 
-TEST(IParam, ShapeBendsTheMappingBothWays) {
-  IParam p;
-  p.InitDouble("x", 0.0, -4.0, 12.0, 0.01);
-  p.SetShape(2.0);
-  p.SetNormalized(0.5);
-  EXPECT_EQ(p.Value(), -4.0 + 0.25 * 16.0);
-  EXPECT_EQ(p.GetNormalized(), 0.5);
-  EXPECT_DOUBLE_EQ(p.GetNormalized(8.0), std::sqrt(0.75));  // (8 + 4) / 16, square-rooted
-}
-
-TEST(IParam, GetNormalizedClampsIntoTheRange) {
-  IParam p;
-  p.InitDouble("x", 0.0, -20.0, 20.0, 0.1);
-  EXPECT_EQ(p.GetNormalized(-50.0), 0.0);
-  EXPECT_EQ(p.GetNormalized(50.0), 1.0);
-  EXPECT_EQ(p.GetNormalized(10.0), 0.75);
-}
-
-TEST(IParam, DBToAmpReadsTheValueAsDecibels) {
-  IParam p;
-  p.InitDouble("x", 20.0, -20.0, 20.0, 0.1);
-  EXPECT_NEAR(p.DBToAmp(), 10.0, 1e-11);
-  p.Set(-6.0);
-  EXPECT_NEAR(p.DBToAmp(), 0.501187233627272, 1e-12);
-  p.Set(0.0);
-  EXPECT_EQ(p.DBToAmp(), 1.0);
-}
-
-TEST(IParam, DisplayTextTableAppendsAndFindsTheFirstEntry) {
-  IParam p;
-  p.InitEnum("Mode", 0, 3);
-  p.SetDisplayText(0, "Zero");
-  p.SetDisplayText(1, "One");
-  p.SetDisplayText(1, "Uno");
-  EXPECT_EQ(p.GetNDisplayTexts(), 3);
-  EXPECT_STREQ(p.GetDisplayText(1), "One");
-  EXPECT_STREQ(p.GetDisplayText(2), "");
-
-  int value = -1;
-  EXPECT_STREQ(p.GetDisplayTextAtIdx(2, &value), "Uno");
-  EXPECT_EQ(value, 1);
-  EXPECT_STREQ(p.GetDisplayTextAtIdx(0, nullptr), "Zero");
-
-  value = 42;
-  EXPECT_TRUE(p.MapDisplayText("Uno", &value));
-  EXPECT_EQ(value, 1);
-  value = 42;
-  EXPECT_FALSE(p.MapDisplayText("uno", &value));  // case matters
-  EXPECT_EQ(value, 42);
-}
-
-TEST(IParam, BoolShowsItsTextsOrItsDigits) {
-  IParam b;
+// Texts append, the first match wins; shown: a non-empty text for the truncated value (never
+// negated), else the value at the step's precision, whole steps truncated.
+TEST(IParam, DisplayTextsAndShownValues) {
+  IParam b, cents, whole, trim, e;
   b.InitBool("Bypass", false);
-  EXPECT_EQ(Display(b, 0.0), "off");
-  EXPECT_EQ(Display(b, 1.0), "on");
-  EXPECT_EQ(Display(b, 0.0, false, false), "0");
-  EXPECT_EQ(Display(b, 1.0, false, false), "1");
-}
-
-TEST(IParam, DisplayRoundsToThePrecisionAndTruncatesWholeSteps) {
-  IParam p;
-  p.InitDouble("x", 0.0, -10.0, 10.0, 0.01);
-  EXPECT_EQ(Display(p, 2.5), "2.50");
-  EXPECT_EQ(Display(p, 2.4567), "2.46");
-  p.NegateDisplay();
-  EXPECT_EQ(Display(p, 2.5), "-2.50");
-
-  IParam whole;
+  cents.InitDouble("x", 2.5, -10.0, 10.0, 0.01);
   whole.InitDouble("x", 0.0, -10.0, 10.0, 1.0);
-  EXPECT_EQ(Display(whole, 2.7), "2");  // truncated toward zero, not rounded
-  EXPECT_EQ(Display(whole, -2.7), "-2");
-
-  IParam trim;
   trim.InitDouble("x", 0.0, -20.0, 20.0, 0.1);
-  EXPECT_EQ(Display(trim, 0.75, true), "10.0");  // normalised input is mapped first
-  EXPECT_EQ(Display(trim, 0.0, true), "-20.0");
-}
-
-TEST(IParam, DisplayTextLooksUpTheTruncatedValueAndFallsBackToDigits) {
-  IParam e;
   e.InitEnum("Mode", 0, 4);
-  e.SetDisplayText(0, "Input");
-  e.SetDisplayText(1, "Output");
-  e.SetDisplayText(2, "");
-  EXPECT_EQ(Display(e, 1.9), "Output");
-  EXPECT_EQ(Display(e, 2.0), "2");  // an empty text is no text
-  EXPECT_EQ(Display(e, 3.0), "3");  // no entry at all
-  EXPECT_EQ(Display(e, 1.0 / 3.0, true), "Output");
-  e.NegateDisplay();
-  EXPECT_EQ(Display(e, 3.0), "-3");
-  EXPECT_EQ(Display(e, 0.0), "Input");  // texts win over negation
+  for (const char* text : {"Input", "Output", "", "Again"})
+    e.SetDisplayText(e.GetNDisplayTexts() % 3, text);
+  int value = 42;
+  EXPECT_EQ(
+      std::string(e.GetDisplayText(0)) + e.GetDisplayText(3) + e.GetDisplayTextAtIdx(3, &value),
+      "InputAgain");
+  EXPECT_TRUE(value == 0 && e.MapDisplayText("Output", &value) &&
+              !e.MapDisplayText("output", &value) && value == 1);
+  char out[64];
+  std::string shown;
+  auto show = [&](const IParam& p, double v, bool normalized = false, bool texts = true) {
+    p.GetDisplayForHost(v, normalized, out, texts);
+    shown += std::string(out) + "|";
+  };
+  show(b, 0), show(b, 1), show(b, 0, false, false), show(b, 1, false, false), show(cents, 2.4567);
+  show(whole, 2.7), show(whole, -2.7), show(trim, 0.75, true), show(trim, 0.0, true);
+  show(e, 1.9), show(e, 2.0), show(e, 3.0), show(e, 1.0 / 3.0, true);
+  cents.NegateDisplay(), e.NegateDisplay();
+  show(cents, 2.5), show(e, 3.0), show(e, 0.0);
+  cents.GetDisplayForHost(out);  // the current value, plain
+  EXPECT_EQ(shown + out, "off|on|0|1|2.46|2|-2|10.0|-20.0|Output|2|3|Output|-2.50|-3|Input|-2.50");
 }

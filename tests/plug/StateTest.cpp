@@ -1,196 +1,117 @@
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <vector>
+#include <cstdlib>
+#include <memory>
+#include <tuple>
 
 #include "TestPlug.h"
+#include "plug/WDL_String.h"
 
-namespace {
+using Values = std::vector<double>;
 
-constexpr int kParams = 8;
-
-// Eight parameters ranging over -10 ... 10, parameter i holding the value i.
-struct CountingPlug : TestPlug {
-  CountingPlug() : TestPlug("1-1", kParams, 0) {
-    for (int i = 0; i < kParams; ++i) GetParam(i)->Set(i);
+// Parameter i holds i, but the last one 3 in 2 ... 5 (so that 0.0 clamps).
+struct EightPlug : TestPlug {
+  EightPlug() : TestPlug("1-1", 8, 0, 3) {
+    for (int i = 0; i < 7; ++i) GetParam(i)->Set(i);
+    GetParam(7)->InitDouble("p", 3.0, 2.0, 5.0, 0.1);
   }
+  ByteChunk state;
 };
 
-ByteChunk& Fill(ByteChunk& chunk, const std::vector<double>& values) {
-  for (double v : values) chunk.Put(&v);
-  return chunk;
+// The state: plain values as little-endian binary64s in index order. A damaged one applies what
+// it holds, 0.0 (clamped) where it ends, never rounds, and always notifies every parameter.
+TEST(State, LayoutAndRestoreOfDamagedStates) {
+  EightPlug plug;
+  EXPECT_TRUE(plug.SerializeState(&plug.state) && plug.SerializeState(&plug.state));
+  const unsigned char zeroOne[16] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xF0, 0x3F};
+  const unsigned char three[8] = {0, 0, 0, 0, 0, 0, 0x08, 0x40};  // 1.5 x 2
+  ASSERT_EQ(plug.state.Size(), 128);
+  EXPECT_TRUE(!std::memcmp(plug.state.GetBytes() + 64, zeroOne, 16) &&
+              !std::memcmp(plug.state.GetBytes() + 120, three, 8));
+  using Case = std::tuple<Values, int, int, int, Values>;  // data, tail bytes, start, result
+  for (const auto& [data, tail, start, result, expected] : std::vector<Case>{
+           {{-1, -2, -3, -4, -5, -6, -7}, 4, 0, -1, {-1, -2, -3, -4, -5, -6, -7, 2}},
+           {{9, 8}, 4, 0, -1, {9, 8, 0, 3, 4, 5, 6, 3}},
+           {{}, 0, 0, -1, {0, 1, 2, 3, 4, 5, 6, 3}},
+           {{1, 1, 1, 1, 1, 1, 1, 1}, 0, -8, -1, {4, 1, 2, 3, 4, 5, 6, 3}},
+           {{0, 25, -1e9, 0.05, 1, 1, 1, 1, 3.55}, 0, 8, 72, {10, -10, 0.05, 1, 1, 1, 1, 3.55}}}) {
+    EightPlug fresh;
+    fresh.GetParam(0)->Set(4.0);
+    for (double v : data) fresh.state.Put(&v);
+    fresh.state.PutBytes("\x01\x02\x03\x04", tail);
+    EXPECT_EQ(fresh.UnserializeState(&fresh.state, start), result);
+    EXPECT_EQ(fresh.Values(), expected);
+    EXPECT_EQ(fresh.changes, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
+  }
 }
 
-std::vector<double> Values(const IPlugBase& plug) {
-  std::vector<double> v;
-  for (int i = 0; i < plug.NParams(); ++i) v.push_back(plug.GetParam(i)->Value());
-  return v;
-}
-
-const std::vector<int> kAllInOrder = {0, 1, 2, 3, 4, 5, 6, 7};
-
-}  // namespace
-
-TEST(State, IsEachPlainValueAsLittleEndianDoubles) {
-  TestPlug plug("1-1", kParams, 0);
-  for (int i = 0; i < kParams; ++i) plug.GetParam(i)->Set(i);
-  ByteChunk chunk;
-  EXPECT_TRUE(plug.SerializeState(&chunk));
-  ASSERT_EQ(chunk.Size(), 64);
-  const unsigned char zero[8] = {0, 0, 0, 0, 0, 0, 0, 0};
-  const unsigned char one[8] = {0, 0, 0, 0, 0, 0, 0xF0, 0x3F};
-  const unsigned char seven[8] = {0, 0, 0, 0, 0, 0, 0x1C, 0x40};  // 1.75 x 2^2
-  EXPECT_EQ(std::memcmp(chunk.GetBytes(), zero, 8), 0);
-  EXPECT_EQ(std::memcmp(chunk.GetBytes() + 8, one, 8), 0);
-  EXPECT_EQ(std::memcmp(chunk.GetBytes() + 56, seven, 8), 0);
-
-  EXPECT_TRUE(plug.SerializeState(&chunk));  // appended to what is there
-  EXPECT_EQ(chunk.Size(), 128);
-}
-
-TEST(State, RoundTripRestoresValuesAndNotifiesInIndexOrder) {
-  TestPlug source("1-1", kParams, 0);
-  for (int i = 0; i < kParams; ++i) source.GetParam(i)->Set(0.37 * i - 1.1);
-  ByteChunk chunk;
-  source.SerializeState(&chunk);
-
-  TestPlug fresh("1-1", kParams, 0);
-  EXPECT_EQ(fresh.UnserializeState(&chunk, 0), 64);
-  EXPECT_EQ(Values(fresh), Values(source));
-  EXPECT_EQ(fresh.changes, kAllInOrder);
-}
-
-TEST(State, ReadsFromAStartPositionAndIgnoresTrailingBytes) {
-  TestPlug plug("1-1", kParams, 0);
-  ByteChunk chunk;
-  Fill(chunk, {9.5, 1, 2, 3, 4, 5, 6, 7, 8, 9.25});
-  EXPECT_EQ(plug.UnserializeState(&chunk, 8), 72);
-  EXPECT_EQ(Values(plug), (std::vector<double>{1, 2, 3, 4, 5, 6, 7, 8}));
-  EXPECT_EQ(plug.UnserializeState(&chunk, 0), 64);
-  EXPECT_EQ(plug.GetParam(0)->Value(), 9.5);
-}
-
-TEST(State, ShortStateAppliesWhatItHoldsAndZeroesTheParameterWhereItEnds) {
-  CountingPlug plug;
-  plug.GetParam(7)->InitDouble("p", 3.0, 2.0, 5.0, 0.1);  // so that 0.0 clamps visibly
-  ByteChunk chunk;
-  Fill(chunk, {-1, -2, -3, -4, -5, -6, -7});
-  chunk.PutBytes("\x01\x02\x03\x04", 4);  // 60 bytes in all
-  EXPECT_EQ(plug.UnserializeState(&chunk, 0), -1);
-  EXPECT_EQ(Values(plug), (std::vector<double>{-1, -2, -3, -4, -5, -6, -7, 2.0}));
-  EXPECT_EQ(plug.changes, kAllInOrder);
-
-  CountingPlug early;
-  ByteChunk twenty;
-  Fill(twenty, {9, 8}).PutBytes("\x01\x02\x03\x04", 4);
-  EXPECT_EQ(early.UnserializeState(&twenty, 0), -1);
-  EXPECT_EQ(Values(early), (std::vector<double>{9, 8, 0, 3, 4, 5, 6, 7}));  // later ones keep theirs
-  EXPECT_EQ(early.changes, kAllInOrder);
-}
-
-TEST(State, EmptyNullAndNegativeStartsStillNotifyEveryParameter) {
-  CountingPlug plug;
-  plug.GetParam(0)->Set(4.0);
-  ByteChunk empty;
-  EXPECT_EQ(plug.UnserializeState(&empty, 0), -1);
-  EXPECT_EQ(Values(plug), (std::vector<double>{0, 1, 2, 3, 4, 5, 6, 7}));
-  EXPECT_EQ(plug.changes, kAllInOrder);
-
-  CountingPlug negative;
-  negative.GetParam(0)->Set(4.0);
-  ByteChunk full;
-  Fill(full, {1, 1, 1, 1, 1, 1, 1, 1});
-  EXPECT_EQ(negative.UnserializeState(&full, -8), -1);
-  EXPECT_EQ(negative.GetParam(0)->Value(), 4.0);  // nothing read
-  EXPECT_EQ(negative.changes, kAllInOrder);
-
-  EXPECT_EQ(negative.UnserializeState(nullptr, 0), -1);
-  EXPECT_EQ(negative.GetParam(0)->Value(), 0.0);
-}
-
-TEST(State, RestoredValuesAreClampedButNeverRounded) {
-  TestPlug plug("1-1", 3, 0);
-  plug.GetParam(2)->InitEnum("e", 0, 3);
-  ByteChunk chunk;
-  Fill(chunk, {25.0, -1e300, 1.5});
-  plug.UnserializeState(&chunk, 0);
-  EXPECT_EQ(Values(plug), (std::vector<double>{10.0, -10.0, 1.5}));
-
-  // Garbage: 0x7F... is a huge positive double, 0xC1... a huge negative one.
-  ByteChunk garbage;
-  std::vector<unsigned char> bytes(24, 0x7F);
-  std::memset(bytes.data() + 8, 0xC1, 8);
-  garbage.PutBytes(bytes.data(), 24);
-  plug.UnserializeState(&garbage, 0);
-  EXPECT_EQ(Values(plug), (std::vector<double>{10.0, -10.0, 2.0}));
-}
-
-TEST(State, CompareStateMatchesInSinglePrecision) {
-  TestPlug plug("1-1", 2, 0);
-  plug.GetParam(0)->Set(0.1);
-  plug.GetParam(1)->Set(-3.0);
-  double same[] = {0.1, -3.0};
-  double close[] = {0.100001, -3.0};
-  double apart[] = {0.10002, -3.0};
-  double second[] = {0.1, -3.00003};
-  auto bytes = [](const double* d) { return reinterpret_cast<const unsigned char*>(d); };
-  EXPECT_TRUE(plug.CompareState(bytes(same), 0));
-  EXPECT_TRUE(plug.CompareState(bytes(close), 0));
-  EXPECT_FALSE(plug.CompareState(bytes(apart), 0));
-  EXPECT_FALSE(plug.CompareState(bytes(second), 0));
-
-  double shifted[] = {99.0, 0.1, -3.0};  // the start counts doubles, not bytes
-  EXPECT_TRUE(plug.CompareState(bytes(shifted), 1));
-  EXPECT_FALSE(plug.CompareState(bytes(shifted), 0));
-
-  unsigned char unaligned[17];
-  std::memcpy(unaligned + 1, same, 16);
-  EXPECT_TRUE(plug.CompareState(unaligned + 1, 0));
-
-  TestPlug none("1-1", 0, 0);
-  EXPECT_TRUE(none.CompareState(nullptr, 0));
-}
-
-TEST(Presets, SlotsStartEmptyAndTheDefaultPresetCapturesTheValues) {
-  TestPlug plug("1-1", 2, 0, 3);
-  ASSERT_EQ(plug.NPresets(), 3);
-  EXPECT_STREQ(plug.GetPreset(0)->mName, "empty");
-  EXPECT_FALSE(plug.GetPreset(0)->mInitialized);
-  EXPECT_EQ(plug.GetPreset(0)->mChunk.Size(), 0);
-
-  plug.GetParam(1)->Set(1.0);
+// Stored states match within 1e-5 in single precision. The default preset fills free slots
+// ("Empty" when unnamed, surplus rounds ignored); pruning drops the unfilled ones.
+TEST(State, CompareStateAndPresets) {
+  EightPlug plug, full, unused;
+  TestPlug one("1-1", 1, 0);
+  one.GetParam(0)->Set(3.0);
+  std::string equal;
+  for (Values stored : {Values{3}, {3.000001}, {3.00003}, {9, 3}}) {  // the start counts doubles
+    equal += std::to_string(
+        one.CompareState(reinterpret_cast<unsigned char*>(stored.data()), stored.size() - 1));
+  }
+  EXPECT_EQ(equal + plug.GetPreset(2)->mName + std::to_string(plug.GetPreset(2)->mInitialized),
+            "1101empty0");
   plug.MakeDefaultPreset("-", 1);
-  const PresetSlot* first = plug.GetPreset(0);
-  EXPECT_TRUE(first->mInitialized);
-  EXPECT_STREQ(first->mName, "-");
-  ASSERT_EQ(first->mChunk.Size(), 16);
-  const unsigned char expected[16] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xF0, 0x3F};
-  EXPECT_EQ(std::memcmp(first->mChunk.GetBytes(), expected, 16), 0);
-  EXPECT_FALSE(plug.GetPreset(1)->mInitialized);
+  plug.MakeDefaultPreset(nullptr, 1);
+  full.MakeDefaultPreset("x", 5);
+  for (EightPlug* p : {&plug, &full, &unused}) p->PruneUninitializedPresets();
+  EXPECT_EQ(std::string(plug.GetPreset(0)->mName) + plug.GetPreset(1)->mName, "-Empty");
+  EXPECT_TRUE(plug.GetPreset(0)->mChunk.Size() == 64 && plug.NPresets() == 2 &&
+              full.NPresets() == 3 && unused.NPresets() == 0);
 }
 
-TEST(Presets, NullNameIsEmptyCapitalisedAndSurplusRoundsAreIgnored) {
-  TestPlug plug("1-1", 2, 0, 3);
-  plug.MakeDefaultPreset("first", 1);
-  plug.MakeDefaultPreset(nullptr, 5);
-  EXPECT_STREQ(plug.GetPreset(0)->mName, "first");
-  EXPECT_STREQ(plug.GetPreset(1)->mName, "Empty");
-  EXPECT_STREQ(plug.GetPreset(2)->mName, "Empty");
-  EXPECT_TRUE(plug.GetPreset(2)->mInitialized);
-  EXPECT_EQ(plug.NPresets(), 3);
+// Chunk reads return the next position, or -1 outside the used size; lists own their items.
+TEST(Containers, ChunkReadsListsAndStrings) {
+  ByteChunk chunk;
+  double d = 42.0;
+  unsigned char last = 0;
+  EXPECT_EQ(chunk.Put(&d) + chunk.Put(&d), 24);
+  for (int bad : {9, -1, INT_MAX}) EXPECT_EQ(chunk.Get(&d, bad), -1);
+  EXPECT_EQ(chunk.Get(&last, 15) + last, 16 + 0x40);  // 42 is 0x4045000000000000
+  chunk.Clear();
+  auto alive = std::make_shared<int>();
+  {
+    WDL_PtrList<std::shared_ptr<int>> list;
+    list.Add(new auto(alive));
+    auto *c = list.Add(new auto(alive)), *b = list.Insert(1, new auto(alive));
+    list.Delete(0);
+    list.Delete(2);  // one past the end: ignored
+    EXPECT_TRUE(alive.use_count() == 3 && list.Get(0) == b && list.Get(1) == c && !list.Get(2));
+  }
+  WDL_String s("Tarn");
+  s.Append(" effect", 3);
+  s.Append(" fx");
+  EXPECT_TRUE(alive.use_count() == 1 && chunk.Size() == 0 && std::string(s.Get()) == "Tarn ef fx");
+  s.Set("abc");
+  EXPECT_STREQ(s.Get(), "abc");
 }
 
-TEST(Presets, PruningDropsUnfilledSlotsAndKeepsOrder) {
-  TestPlug plug("1-1", 2, 0, 4);
-  plug.MakeDefaultPreset("a", 1);
-  plug.MakeDefaultPreset("b", 1);
-  plug.PruneUninitializedPresets();
-  ASSERT_EQ(plug.NPresets(), 2);
-  EXPECT_STREQ(plug.GetPreset(0)->mName, "a");
-  EXPECT_STREQ(plug.GetPreset(1)->mName, "b");
-
-  TestPlug unused("1-1", 2, 0, 2);
-  unused.PruneUninitializedPresets();
-  EXPECT_EQ(unused.NPresets(), 0);
-  EXPECT_EQ(unused.GetPreset(0), nullptr);
+// Growth by hand: granularity >= 4096: g = max(granularity, size / 2) down to 4096s, step 4096
+// if g < 4096 else min(g, 4194304), allocation (step + size + 96) down to 4096s, - 96; else
+// size + max(granularity, size / 2). Kept unless under half and by over 4 x granularity.
+TEST(WDL_HeapBuf, GrowsAndShrinksByTheStepRule) {
+  WDL_HeapBuf pages(4096), fine(128), floor(4096);
+  floor.SetMinAllocSize(10000);
+  std::string allocs;
+  auto resize = [&](WDL_HeapBuf& buf, std::initializer_list<int> sizes) {
+    for (int size : sizes) {
+      void* data = buf.Resize(std::abs(size), size > 0);  // a negative size: no shrinking
+      allocs += std::to_string(buf.GetAllocated()) + (data ? " " : "! ");
+    }
+  };
+  resize(pages,
+         {1, 8, 4001, 100000, 80000, -1000, 100000, 20000, 21000, 5000, 0, 20000000, 8400799});
+  resize(fine, {10, 1000, 100});
+  resize(floor, {8});
+  EXPECT_EQ(allocs,
+            "4000 4000 8096 147360 147360 147360 147360 24480 24480 8096 8096! 24190880 "
+            "12591008 138 1500 228 10000 ");
+  WDL_TypedBuf<double> doubles(4096);  // sized in values: 8192, 160000 and 80 bytes
+  for (int count : {1024, 20000, 10}) doubles.Resize(count);
+  EXPECT_TRUE(doubles.GetSize() == 10 && doubles.GetHeap().GetAllocated() == 4000);
 }

@@ -1,0 +1,124 @@
+#include "AllocationCounter.h"
+#include "TestPlug.h"
+#include "editor/IGraphics.h"
+#include "plug/Hosts.h"
+
+using Samples = std::vector<float>;
+
+// "in-out" tokens at single spaces (a bad or empty one adds 0-0) size the channels. Disconnected
+// inputs read silence and take no host pointer, disconnected outputs are left alone; the same
+// block size keeps the scratch contents, a new one clears, blocks are cut to it.
+TEST(ProcessingFrame, ConvertsAndRoutesChannelsWithinTheBlockSize) {
+  TestPlug plug, copier("1-2", 0, 0), odd("1-2 x 3 "), none(nullptr);
+  EXPECT_TRUE(odd.NChannelIO() == 4 && odd.NInChannels() == 3 && odd.NOutChannels() == 2 &&
+              none.NChannelIO() == 0 && none.NInChannels() == 0);
+  plug.scale = 2.0;
+  plug.SetInputChannelConnections(-3, 4, false);  // clipped to input 0
+  HostBuffers in(2, 32, 0.f), out(2, 32, 9.f);
+  in[0] = Ramp(32), in[1] = Delayed(Ramp(32), 0, 0.1f);
+  float* first[] = {in[1].data(), nullptr};
+  plug.ProcessAudio(first, out.get(), 32);
+  EXPECT_TRUE(out[0] == Samples(32, 0.f) && out[1] == Delayed(in[1], 0, 2.f));
+  plug.SetIO(2, 1);
+  out[1].assign(32, 9.f);
+  plug.ProcessAudio(in.get(), out.get(), 32);
+  EXPECT_TRUE(out[0] == Delayed(in[0], 0, 2.f) && out[1] == Samples(32, 9.f));
+  copier.ProcessAudio(in.get(), out.get(), 32);
+  EXPECT_TRUE(out[0] == in[0] && out[1] == Samples(32, 0.f));
+  plug.SetBlockSize(1024);
+  plug.ProcessBuffers(0.f, 32);  // no new input attached: reads what the scratch buffer holds
+  EXPECT_EQ(out[0], Delayed(in[0], 0, 2.f));
+  plug.SetBlockSize(16);
+  plug.SetBlockSize(INT_MAX / 4);  // more bytes than an int counts
+  plug.ProcessBuffers(0.f, 32);
+  plug.SetIO(1, 2);
+  EXPECT_TRUE(out[0][15] == 0.f && out[0][16] == 34.f && !plug.IsInChannelConnected(1));
+  plug.SetLatency(INT_MAX / 2);  // the line cannot be made: bypass no longer delays
+  plug.ProcessAudioBypassed(nullptr, nullptr, 32);
+}
+
+// Bypass reads 2^32 mod L slots ahead in a line of L = latency slots: the delay is the least
+// d >= 1 with d = -(2^32 mod L) mod L, whatever the blocks, on every channel.
+TEST(PassThroughDelay, DelayFollowsTheUnsignedWrapAcrossBlocks) {
+  const int latencies[] = {6, 3, 4, 5, 1, 7}, delays[] = {2, 2, 4, 4, 1, 3};
+  Samples ramp = Ramp(40), negated = Delayed(ramp, 0, -2.f);
+  for (int i = 0; i < 6; ++i) {
+    for (int block : {1, 3, 40}) {
+      TestPlug plug;
+      plug.SetLatency(latencies[i]);
+      HostBuffers out(2, 40, 9.f);
+      for (int at = 0; at < 40; at += block) {
+        float* ins[] = {ramp.data() + at, negated.data() + at};
+        float* outs[] = {out[0].data() + at, out[1].data() + at};
+        plug.ProcessAudioBypassed(ins, outs, std::min(block, 40 - at));
+      }
+      EXPECT_TRUE(out[0] == Delayed(ramp, delays[i]) && out[1] == Delayed(negated, delays[i]))
+          << "latency " << latencies[i] << " block " << block;
+    }
+  }
+}
+
+// The audio path must not touch the heap, whatever the block size up to the configured one.
+TEST(RealTime, ProcessingAndBypassAllocateNothing) {
+  for (TestPlug plug; plug.scale < 1.0; plug.scale += 0.5) {
+    plug.SetBlockSize(2048);
+    plug.changes.reserve(32);  // the recorder itself must not allocate inside the scope
+    HostBuffers in(2, 2048, 0.25f), out(2, 2048, 0.f);
+    for (int n : {1, 7, 64, 512, 2048}) {
+      AllocationScope scope;
+      plug.ProcessAudio(in.get(), out.get(), n);
+      plug.ProcessAudioBypassed(in.get(), out.get(), n);
+      plug.SetParameter(1, 3.0);
+      plug.SetParameterFromGUI(2, 0.5);
+      EXPECT_EQ(scope.Count(), 0) << "block " << n;
+    }
+  }
+}
+
+struct RecordingGraphics : IGraphics {
+  explicit RecordingGraphics(std::string* calls) : calls(calls) {}
+  ~RecordingGraphics() override { *calls += "deleted"; }
+  void SetParameterFromPlug(int idx, double value, bool normalized) override {
+    *calls += std::to_string(idx) + (normalized ? "n" : "p") + std::to_string(value) + ",";
+  }
+  void PrepDraw() override { *calls += "prep,"; }
+  std::string* calls;
+};
+
+// The editor gets normalised values, then prepares; redraws and automation send plain values;
+// edits set normalised values, then notify; stray indices are ignored; the plug-in owns it.
+TEST(EditorLink, ValuesFlowBetweenEditorHostAndEffect) {
+  std::string calls;
+  {
+    TestPlug plug("1-1", 2, 0);
+    plug.GetParam(1)->Set(5.0);
+    plug.AttachGraphics(nullptr);
+    plug.AttachGraphics(new RecordingGraphics(&calls));
+    plug.RedrawParamControls();
+    plug.SetParameter(0, 30.0);
+    plug.SetParameter(1, 1.234);  // clamped, never rounded to the step
+    plug.SetParameterFromGUI(0, 0.25);
+    for (int stray : {2, -1}) plug.SetParameterFromGUI(stray, 0.5), plug.SetParameter(stray, 1.0);
+    EXPECT_EQ(plug.Values(), (std::vector<double>{-5.0, 1.234}));
+    EXPECT_EQ(plug.changes, (std::vector<int>{0, 1, 0}));
+  }
+  EXPECT_EQ(calls,
+            "0n0.500000,1n0.750000,prep,0p0.000000,1p5.000000,0p30.000000,1p1.234000,deleted");
+}
+
+// The first keyword of the table in the lower-cased name decides ("oLIVEr" is Live).
+TEST(Hosts, NamesMapToCodesInTableOrderAndVersionsUnpack) {
+  std::istringstream names(
+      "cubase reaper nuendo cakewalk samplitude fruity live melodyne vstmanlib aulab garageband "
+      "forte chainer audition orion sawstudio logic digital audiomulch presonus vst3plugintesthost "
+      "protools ardour standalone REAPER64 reapercubase LiveLogic Oliver Other");
+  std::string codes;
+  for (std::string name; names >> name;) codes += std::to_string(LookUpHost(name.c_str())) + " ";
+  EXPECT_EQ(codes, "3 1 4 5 8 7 9 12 13 14 22 15 16 17 18 20 21 23 25 26 27 2 28 24 1 3 9 9 0 ");
+  TestPlug plug;  // made with version 0x10203
+  EXPECT_TRUE(plug.GetHost() == -1 && plug.GetHostVersion(false) == 0 && LookUpHost(nullptr) == 0);
+  EXPECT_FALSE(plug.SetHost("ProTools", 0x00080102));
+  EXPECT_TRUE(plug.GetHost() == 2 && plug.GetHostVersion(true) == 80102);
+  EXPECT_TRUE(plug.GetHostVersion(false) == 0x80102 && plug.GetEffectVersion(true) == 10203);
+  EXPECT_TRUE(plug.IsRenderingOffline() && plug.GetTempo() == 120.0 && !plug.SendMidiMsg(nullptr));
+}
