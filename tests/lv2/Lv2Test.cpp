@@ -1,0 +1,290 @@
+// The LV2 binding through its C interface. Its sound against the effect's is host.sh's part.
+#include <gtest/gtest.h>
+#include <lilv/lilv.h>
+#include <lv2/atom/atom.h>
+#include <lv2/buf-size/buf-size.h>
+#include <lv2/options/options.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "AllocationCounter.h"
+#include "Lv2Descriptor.h"
+#include "Lv2Instance.h"
+#include "TurtleWriter.h"
+#include "dsp/Tarn.h"
+
+namespace {
+
+using Channels = std::vector<std::vector<float>>;
+using Bytes = std::vector<unsigned char>;
+constexpr int kMono = 0, kStereo = 1;
+enum Offers { kMap = 1, kBounded = 2, kPromised = kMap | kBounded };
+
+// Tones with a loud burst, different per channel: saturator, crosstalk and clamp all work.
+Channels Signal(int nChannels, int n) {
+  Channels signal(nChannels, std::vector<float>(n));
+  for (int i = 0; i < n * nChannels; ++i)
+    signal[i % nChannels][i / nChannels] =
+        std::sin(0.031f * i) * (std::abs(2 * i / nChannels - n) < n / 4 ? 2.5f : 0.4f);
+  return signal;
+}
+
+// The state holding `values`: one double per parameter in index order, little-endian here.
+Bytes StateOf(std::vector<double> values) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(values.data());
+  return Bytes(bytes, bytes + values.size() * sizeof(double));
+}
+
+// One URID map for the process, as a host has, so that states move between instances.
+std::vector<std::string> gUris;
+LV2_URID Map(const char* uri) {
+  if (std::find(gUris.begin(), gUris.end(), uri) == gUris.end()) gUris.push_back(uri);
+  return std::find(gUris.begin(), gUris.end(), uri) - gUris.begin() + 1;
+}
+
+// A small host: the features it offers, a log that keeps what it is told, one float per control
+// port (0-7 the parameters at their defaults, 8 "enabled", 9 latency, 10 needle), a state store.
+struct Host {
+  Host(int variant, double rate = 48e3, int offers = kMap, int32_t bound = 0,
+       const LilvPlugin* plugin = nullptr)  // variant -1: the built bundle's plug-in, by lilv
+      : maxBlock(bound) {
+    const LV2_URID key = bound ? Map(LV2_BUF_SIZE__maxBlockLength) : 0;
+    options[0] = {LV2_OPTIONS_INSTANCE, 0, key, sizeof(int32_t), Map(LV2_ATOM__Int), &maxBlock};
+    features = {&logFeature, &optionsFeature};
+    if (offers & kMap) features.push_back(&mapFeature);
+    if (offers & kBounded) features.push_back(&boundedFeature);
+    features.push_back(nullptr);
+    lilv = variant < 0 ? lilv_plugin_instantiate(plugin, rate, features.data()) : nullptr;
+    d = variant < 0 ? lilv_instance_get_descriptor(lilv) : tarnlv2::Descriptor(variant);
+    handle = lilv ? lilv_instance_get_handle(lilv) : d->instantiate(d, rate, "", features.data());
+    state = static_cast<const LV2_State_Interface*>(d->extension_data(LV2_STATE__interface));
+    for (uint32_t port = 0; handle && port < 11; ++port)
+      d->connect_port(handle, port, &control[port]);
+  }
+  ~Host() { lilv ? lilv_instance_free(lilv) : handle ? d->cleanup(handle) : void(); }
+  void Step() { d->run(handle, 0); }  // takes the controls, renders nothing
+  // All of `in` into `out` (the same buffers: in place) in runs of `run` frames.
+  void Run(Channels& in, Channels& out, int run) {
+    const int n = in[0].size(), nChannels = in.size();
+    for (int done = 0; done < n; done += run) {
+      for (int c = 0; c < nChannels; ++c) {
+        d->connect_port(handle, 11 + c, &in[c][done]);
+        d->connect_port(handle, 11 + nChannels + c, &out[c][done]);
+      }
+      d->run(handle, std::min(run, n - done));
+    }
+  }
+  Bytes Saved() {  // empty when nothing is saved
+    const auto store = [](void* out, uint32_t, const void* value, size_t size, uint32_t, uint32_t) {
+      const auto* bytes = static_cast<const unsigned char*>(value);
+      static_cast<Bytes*>(out)->assign(bytes, bytes + size);
+      return LV2_STATE_SUCCESS;
+    };
+    Bytes saved;
+    return state->save(handle, store, &saved, 0, features.data()) ? Bytes() : saved;
+  }
+  LV2_State_Status Restore(Bytes bytes, const char* key = tarnlv2::kStateKeyUri,
+                           const char* type = LV2_ATOM__Chunk) {
+    stored = {Map(key), Map(type), bytes};
+    const auto retrieve = [](void* host, uint32_t key, size_t* size, uint32_t* type, uint32_t*) {
+      const auto& [storedKey, storedType, bytes] = static_cast<Host*>(host)->stored;
+      *size = bytes.size();
+      *type = storedType;
+      return key == storedKey ? static_cast<const void*>(bytes.data()) : nullptr;
+    };
+    return state->restore(handle, retrieve, this, 0, features.data());
+  }
+  static int Print(void* host, LV2_URID type, const char* format, va_list args) {
+    char text[256];
+    std::vsnprintf(text, sizeof text, format, args);
+    static_cast<Host*>(host)->log.push_back(
+        (type == Map(LV2_LOG__Error) ? "error: " : "warning: ") + std::string(text));
+    return 0;
+  }
+
+  const LV2_Descriptor* d = nullptr;
+  LV2_Handle handle = nullptr;
+  LilvInstance* lilv = nullptr;
+  const LV2_State_Interface* state;
+  float control[11] = {0, 0, 0, 5, 0, -90, 0, 0, 1, 0, 0};
+  std::vector<std::string> log;
+  std::tuple<LV2_URID, LV2_URID, Bytes> stored;
+  int32_t maxBlock;
+  LV2_Options_Option options[2] = {};
+  LV2_URID_Map map{nullptr, [](void*, const char* uri) { return Map(uri); }};
+  LV2_URID_Unmap unmap{nullptr, [](void*, LV2_URID urid) { return gUris.at(urid - 1).c_str(); }};
+  LV2_Log_Log logger{this, nullptr, Print};
+  LV2_Feature logFeature{LV2_LOG__log, &logger}, optionsFeature{LV2_OPTIONS__options, options};
+  LV2_Feature mapFeature{LV2_URID__map, &map},
+      boundedFeature{LV2_BUF_SIZE__boundedBlockLength, nullptr};
+  std::vector<const LV2_Feature*> features;
+};
+
+void SetControls(Host& host) {  // values a float carries exactly
+  const float settings[] = {4, 6.5, -2, 2.5, 3, -70, 2};
+  std::copy(settings, settings + 7, host.control);
+}
+
+}  // namespace
+
+// Whatever the run length, in-place buffers or bound on runs (the host's, when promised with a
+// URID map to read it, at most 65536), the sound is the same and the input untouched.
+TEST(Lv2Run, RunLengthsBoundsAndInPlaceBuffersSoundTheSame) {
+  // Run length, in place, features offered, bound, longest stretch.
+  const int cases[][5] = {{512, 0, kPromised, 0, 8192},
+                          {1, 0, kPromised, 64, 64},
+                          {7, 1, kMap, 64, 8192},
+                          {10000, 0, kBounded, 64, 8192},
+                          {10000, 1, kPromised, 4096, 4096},
+                          {1000, 0, kPromised, -5, 8192},
+                          {10000, 0, kPromised, 16777216, 65536}};
+  for (int variant : {kMono, kStereo}) {
+    const Channels in = Signal(variant + 1, 10000);
+    Channels reference;
+    for (const auto& [run, inPlace, offers, bound, longest] : cases) {
+      Host host(variant, 48e3, offers, bound);
+      SetControls(host);
+      Channels input = in, out = in;
+      host.Run(input, inPlace ? input : out, run);
+      if (reference.empty()) reference = out;
+      EXPECT_EQ(inPlace ? input : out, reference) << variant << ", runs of " << run;
+      EXPECT_EQ(inPlace ? in : input, in);
+      EXPECT_EQ(static_cast<tarnlv2::Lv2Instance*>(host.handle)->MaxBlock(), longest);
+    }
+  }
+}
+
+// NaN and infinite samples, which hosts do deliver, go in as silence through the effect and the
+// host's bypass ("enabled" 0), the pass-through delay: read four slots ahead of the write slot,
+// so two frames late. No run allocates, whatever moves between runs.
+TEST(Lv2Run, NonFiniteInputSoundsLikeSilenceAndRunsAllocateNothing) {
+  for (int variant : {kMono, kStereo}) {
+    Channels zeros = Signal(variant + 1, 8192), broken = zeros, out[2][2];
+    for (int i = 3000; i < 3100; ++i) zeros[0][i] = 0, broken[0][i] = i % 2 ? NAN : -INFINITY;
+    zeros[variant][5000] = 0;
+    broken[variant][5000] = INFINITY;
+    for (Channels* in : {&zeros, &broken}) {
+      Host host(variant, 48e3, kPromised, 4096);
+      for (Channels& o : out[in == &broken]) o = zeros;
+      AllocationScope scope;
+      const int moves[][3] = {{kDrive, 9, 1}, {8, 0, 64}, {8, 1, 8192}, {kVuMode, 1, 4096}};
+      for (const auto& [port, value, run] : moves) {
+        host.control[port] = value;
+        host.Run(*in, out[in == &broken][port == 8 && value == 0], run);
+      }
+      EXPECT_EQ(scope.Count(), 0) << "variant " << variant;
+    }
+    EXPECT_EQ(out[1][0], out[0][0]);  // a NaN would compare unequal
+    EXPECT_EQ(out[1][1], out[0][1]);
+    for (int c = 0; c <= variant; ++c)
+      EXPECT_TRUE(std::equal(zeros[c].begin(), zeros[c].end() - 2, out[0][1][c].begin() + 2));
+  }
+}
+
+// Controls act as host automation (clamped, never rounded, NaN ignored), only when moved, so a
+// restored state stays; the first run compares them with the instance. The state is the
+// effect's 64 bytes; only a whole, finite one is restored, anything else warns, changes nothing.
+TEST(Lv2State, ControlsStatesAndRefusals) {
+  Host host(kMono, 48e3, kMap), first(kStereo), unmapped(kMono, 48e3, 0);
+  const float moved[] = {50, 2.75, 0, 0, 0, -200, 1.5, 0.25};
+  std::copy(moved, moved + 8, host.control);
+  host.Step();
+  host.control[kDrive] = NAN;
+  host.Step();
+  const Bytes saved = host.Saved(), good = StateOf({1, 7, -3, 2, 4, -100, 2, 0});
+  EXPECT_EQ(saved, StateOf({20, 2.75, 0, 0, 0, -120, 1.5, 0.25}));
+  std::vector<Bytes> bad = {StateOf({1, 2}), Bytes(good.begin(), good.end() - 1), good};
+  bad[2].push_back(0);
+  for (double x : {NAN, INFINITY, -INFINITY}) bad.push_back(StateOf({1, 2, 3, 4, 5, -80, 1, x}));
+  for (const Bytes& state : bad) EXPECT_EQ(host.Restore(state), LV2_STATE_ERR_UNKNOWN);
+  ASSERT_EQ(host.log.size(), bad.size());
+  EXPECT_EQ(host.log[0].rfind("warning: ", 0), 0u) << host.log[0];
+  EXPECT_EQ(host.Restore(good, tarnlv2::kStateKeyUri, LV2_ATOM__String), LV2_STATE_ERR_BAD_TYPE);
+  EXPECT_EQ(host.Restore(good, "urn:other#state"), LV2_STATE_ERR_NO_PROPERTY);
+  EXPECT_EQ(host.Saved(), saved);
+  for (Host* h : {&host, &first}) {
+    h->control[kFreqResponse] = -4;
+    ASSERT_EQ(h->Restore(good), LV2_STATE_SUCCESS);
+    h->Step();
+  }
+  EXPECT_EQ(host.Saved(), StateOf({1, 7, -3, 2, -4, -100, 2, 0}));
+  EXPECT_EQ(first.Saved(), StateOf({0, 0, 0, 5, -4, -90, 0, 0}));
+  EXPECT_TRUE(unmapped.Saved().empty());
+  EXPECT_EQ(unmapped.Restore(good), LV2_STATE_ERR_NO_FEATURE);
+}
+
+// Outside 8000 to 768000 Hz the filters are unstable: no instance, and the host's log says why
+// (a log without a URID map is no use; the message goes to stderr then).
+TEST(Lv2Instantiate, RefusesSampleRatesOutsideItsRange) {
+  const std::pair<double, std::string> cases[] = {{7999, "7999"},     {8000, ""},   {768000, ""},
+                                                  {768001, "768001"}, {NAN, "nan"}, {0, "0"}};
+  for (const auto& [rate, shown] : cases) {
+    Host host(kStereo, rate, kMap);
+    EXPECT_EQ(host.handle == nullptr, !shown.empty()) << rate;
+    if (shown.empty()) continue;
+    EXPECT_EQ(host.log, std::vector<std::string>{"error: Tarn: cannot run at " + shown +
+                                                 " Hz; it runs at 8000 to 768000 Hz\n"});
+  }
+  EXPECT_TRUE(Host(kStereo, 7999, 0).log.empty());
+  EXPECT_EQ(tarnlv2::Descriptor(2), nullptr);  // two plug-ins: mono and stereo
+}
+
+// Metadata spelling: symbols never start with a digit, numbers always carry a fraction or an
+// exponent, strings escape quotes, units outside the LV2 vocabulary are described in place.
+TEST(Lv2Metadata, SpellsSymbolsNumbersStringsAndUnits) {
+  using namespace tarnlv2;
+  EXPECT_EQ(SymbolFromName("  Out-In  (dB) ") + SymbolFromName("3 Band") + SymbolFromName(""),
+            "out_in_dbp3_bandp");
+  EXPECT_EQ(TurtleNumber(-20) + TurtleNumber(0.1) + TurtleNumber(1e-05) + TurtleString("a\"\\"),
+            "-20.00.11e-05\"a\\\"\\\\\"");
+  EXPECT_EQ(UnitStatement("Hz") + UnitStatement(nullptr) + UnitStatement("ticks"),
+            "units:unit units:hzunits:unit [ a units:Unit ; rdfs:label \"ticks\" ; units:symbol "
+            "\"ticks\" ; units:render \"%f ticks\" ]");
+}
+
+// The built bundle in lilv: a state saved with lilv (directly, and through its Turtle text)
+// restores into a new instance as the same 64 bytes, which with the same controls sound like a
+// fresh instance's; so does an instance activated again, whatever it rendered before.
+TEST(Lv2Bundle, LilvStateRoundTripKeepsValuesAndSound) {
+  LilvWorld* world = lilv_world_new();
+  LilvNode* bundle = lilv_new_file_uri(world, nullptr, TARN_LV2_BUNDLE "/");
+  lilv_world_load_bundle(world, bundle);
+  for (const char* uri : {"urn:tessmoral:tarn#mono", "urn:tessmoral:tarn#stereo"}) {
+    LilvNode* node = lilv_new_uri(world, uri);
+    const LilvPlugin* plugin = lilv_plugins_get_by_uri(lilv_world_get_all_plugins(world), node);
+    lilv_node_free(node);
+    ASSERT_NE(plugin, nullptr) << uri;
+    Host saved(-1, 48e3, kMap, 0, plugin), fresh(-1, 48e3, kMap, 0, plugin);
+    Channels in = Signal(std::strstr(uri, "stereo") ? 2 : 1, 6000), out[3] = {in, in, in};
+    for (Host* host : {&saved, &fresh}) SetControls(*host), host->d->activate(host->handle);
+    saved.Run(in, out[0], 256);
+    fresh.Run(in, out[1], 1000);
+    const Bytes chunk = saved.Saved();
+    EXPECT_EQ(chunk, StateOf({4, 6.5, -2, 2.5, 3, -70, 2, 0}));
+    LilvState* state =
+        lilv_state_new_from_instance(plugin, saved.lilv, &saved.map, nullptr, nullptr, nullptr,
+                                     nullptr, nullptr, nullptr, 0, saved.features.data());
+    char* text = lilv_state_to_string(world, &saved.map, &saved.unmap, state, "urn:t#s", nullptr);
+    LilvState* reread = lilv_state_new_from_string(world, &saved.map, text);
+    for (LilvState* source : {state, reread}) {
+      Host restored(-1, 48e3, kMap, 0, plugin);
+      lilv_state_restore(source, restored.lilv, nullptr, nullptr, 0, restored.features.data());
+      EXPECT_EQ(restored.Saved(), chunk) << uri;
+      SetControls(restored);  // as a host restores its port values
+      restored.d->activate(restored.handle);
+      restored.Run(in, out[2], 64);
+      EXPECT_EQ(out[2], out[1]) << uri;
+    }
+    saved.d->deactivate(saved.handle);
+    saved.d->activate(saved.handle);
+    saved.Run(in, out[0], 64);
+    EXPECT_EQ(out[0], out[1]) << uri;
+    lilv_state_free(reread);
+    lilv_free(text);
+    lilv_state_free(state);
+  }
+  lilv_node_free(bundle);
+  lilv_world_free(world);
+}
