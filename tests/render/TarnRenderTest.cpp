@@ -64,8 +64,8 @@ Bytes StateOf(double gain, double mode) {
   return Bytes(reinterpret_cast<const char*>(values), reinterpret_cast<const char*>(values + 2));
 }
 
-// "Output Gain" (0 to 2, default 1) multiplies the signal; "Mode" has the texts "A", "B", "C";
-// the state is the two as doubles. Calls are logged: "restore 1 0", "set 0 0.5", "block 512".
+// "Output Gain" (0 to 2, default 1) multiplies; "Mode" has the texts "A", "B", "C"; the state is
+// the two as doubles. Calls are logged: "restore 1 0", "set 0 0.5", "block 512".
 class FakeEffect : public RenderEffect {
  public:
   explicit FakeEffect(Names* log) : mLog(log) {}
@@ -137,18 +137,22 @@ class TarnRender : public ::testing::Test {
 };
 
 // Without an input the built-in demo goes to tarn-demo.wav: six seconds of stereo 32-bit float at
-// 48 kHz, and no progress, standard error being no terminal.
+// 48 kHz, and no progress, standard error being no terminal. The first eighth (kick, chord, bass)
+// starts without a click: no step reaches 0.05, where the kick (0.27 at 145 Hz) moves 0.005.
 TEST_F(TarnRender, RendersTheDemoWithoutAnInput) {
   Result r = Run({});
   const Sound out = ReadSound("tarn-demo.wav");
   EXPECT_EQ(std::make_tuple(r.status, out.nChannels, out.rate, out.format, out.Frames(), r.err),
             std::make_tuple(0, 2, 48000, kFloatWav, 288000LL, ""s));
-  EXPECT_TRUE(Contains(r.out, "input:  the built-in demo signal (stereo, 48000 Hz)\n")) << r.out;
+  float step = 0.0f;
+  for (int i = 2; i < 24000; ++i)
+    step = std::max(step, std::fabs(out.samples[i] - out.samples[i - 2]));
+  EXPECT_LT(step, 0.05f);
 }
 
-// The effect is asked as a host restoring a session asks: the whole state, each -p in order
-// (out of range passes with a warning, for the plug-in clamps it), rate, channels and largest
-// block, then the blocks, the last one short. --rate changes the effect's rate, not the file's.
+// The effect is asked as a host restoring a session asks: the state, each -p in order (out of
+// range passes, warned, as the plug-in clamps it), rate, channels and largest block, then blocks,
+// the last short. --rate sets the effect's rate, not the file's; effect time is within the run's.
 TEST_F(TarnRender, DrivesTheEffectAsAHostRestoringASession) {
   const auto start = std::chrono::steady_clock::now();
   const Result r = Run({"in.wav", "-p", "gain=5", "-p", "mode=C", "-p", "Mode=1", "--block", "100",
@@ -169,7 +173,6 @@ TEST_F(TarnRender, DrivesTheEffectAsAHostRestoringASession) {
                        "-6.02 -6.02\n output mono 0.00 0.00\nneedle: 0.125000\n"
                        "1050 frames, 0.024 s of audio processed in "))
       << r.out;
-  // The time inside the effect is a part of the run's.
   EXPECT_LE(std::stod(r.out.substr(r.out.find("processed in ") + 13)), wall.count() + 5e-4);
 }
 
@@ -263,14 +266,13 @@ TEST_F(TarnRender, BadInputsFailWithOneLineAndLeaveNoFile) {
   for (const auto& [args, named] : cases) {
     const Result r = Run(args);
     EXPECT_EQ(r.status, Contains(named, "--help") ? 2 : 1) << named;
-    EXPECT_TRUE(r.err.rfind("tarn-render: ", 0) == 0 && Contains(r.err, named)) << r.err;
-    EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
+    EXPECT_TRUE(std::regex_match(r.err, std::regex("tarn-render: .*\n")) && Contains(r.err, named))
+        << r.err;
     EXPECT_TRUE(r.out.empty() && List() == before && ReadBytes("in.wav") == input);
   }
   mLog.clear();
   mInterrupted = [this] { return mLog.size() > 4; };  // after the third block
-  EXPECT_EQ(Run({"in.wav", "--save-state", "s", "--block", "10"}).err,
-            "tarn-render: interrupted\n");
+  EXPECT_EQ(Run({"in.wav", "--block", "10"}).err, "tarn-render: interrupted\n");
   EXPECT_EQ(std::make_pair(mLog.back(), List()), std::make_pair("block 10"s, before));
 }
 
@@ -297,7 +299,6 @@ TEST(ProgressDisplay, DrawsAtMostTenTimesASecondAndErasesOnce) {
   EXPECT_EQ(out.str(), line(10, "25%") + line(20, "50%"));
   bar.Finish();
   bar.Finish();
-  disabled.Update(400);
   disabled.Finish();
   EXPECT_TRUE(std::regex_match(out.str().substr(2 * 57), std::regex("\r {57,}\r")) &&
               off.str() == "");
