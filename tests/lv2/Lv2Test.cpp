@@ -145,7 +145,8 @@ TEST(Lv2Run, RunLengthsBoundsAndInPlaceBuffersSoundTheSame) {
     Channels reference;
     for (const auto& [run, inPlace, offers, bound, longest] : cases) {
       Host host(variant, 48e3, offers, bound);
-      SetControls(host);
+      host.control[kDrive] = 6.5;  // trim, output and bypass at the restored defaults
+      if (inPlace) host.d->activate(host.handle);  // a fresh instance has nothing to forget
       Channels input = in, out = in;
       host.Run(input, inPlace ? input : out, run);
       if (reference.empty()) reference = out;

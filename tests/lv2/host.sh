@@ -59,8 +59,7 @@ apply)  # lv2apply, in runs of one frame, renders bit-identically to tarn-render
       || ! cmp -s "$scratch/lv2.wav" "$scratch/default.wav" || fail "settings '$set' changed nothing"
   done ;;
 jalv)  # jalv runs the stereo plug-in in a private dummy JACK server and takes a control change
-  need jackd jack_wait jalv timeout
-  export JACK_NO_AUDIO_RESERVATION=1 JACK_NO_START_SERVER=1 JACK_DEFAULT_SERVER=tarn-lv2-test-$$
+  need jackd jack_wait jalv timeout && export JACK_NO_AUDIO_RESERVATION=1 JACK_NO_START_SERVER=1 JACK_DEFAULT_SERVER=tarn-lv2-test-$$
   timeout -k 2 60 jackd -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >"$scratch/jackd.log" 2>&1 & pids+=($!)
   timeout 15 jack_wait -w -t 10 >/dev/null 2>&1 || { cat "$scratch/jackd.log"; fail "no JACK server"; exit 1; }
   # At the prompt: a control change, then the control listing and the output ports. The needle
