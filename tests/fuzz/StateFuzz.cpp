@@ -3,7 +3,6 @@
 // every value is finite and inside its range and a block of audio comes out finite. The core's
 // own restore and comparison, which take any bytes, must at least never fault.
 #include <cmath>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -14,13 +13,8 @@
 
 namespace {
 
-std::unique_ptr<IPlugAdaptor> StereoPlugAt48k() {
-  std::unique_ptr<IPlugAdaptor> plug(MakePlug());
-  plug->SetSampleRate(48000.0);
-  plug->Reset();
-  plug->SetIO(2, 2);
-  plug->SetBlockSize(64);
-  return plug;
+void Require(bool holds) {
+  if (!holds) __builtin_trap();
 }
 
 std::vector<unsigned char> StateOf(IPlugBase& plug) {
@@ -29,49 +23,38 @@ std::vector<unsigned char> StateOf(IPlugBase& plug) {
   return std::vector<unsigned char>(chunk.GetBytes(), chunk.GetBytes() + chunk.Size());
 }
 
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
-
-void CheckValuesInRange(IPlugBase& plug) {
+// A restored state leaves every value finite and in range, and a block of a sine comes out finite.
+void CheckRestored(IPlugAdaptor& plug) {
   for (int i = 0; i < plug.NParams(); ++i) {
-    const IParam* param = plug.GetParam(i);
-    const double value = param->Value();
-    Require(std::isfinite(value) && value >= param->GetMin() && value <= param->GetMax());
+    const IParam* p = plug.GetParam(i);
+    Require(std::isfinite(p->Value()) && p->Value() >= p->GetMin() && p->Value() <= p->GetMax());
   }
-}
-
-void CheckBlockIsFinite(IPlugAdaptor& plug) {
   float in[2][64], out[2][64];
   for (int i = 0; i < 64; ++i) in[0][i] = in[1][i] = static_cast<float>(std::sin(0.2 * i));
-  float* inputs[] = {in[0], in[1]};
-  float* outputs[] = {out[0], out[1]};
+  float *inputs[] = {in[0], in[1]}, *outputs[] = {out[0], out[1]};
   plug.ProcessAudio(inputs, outputs, 64);
-  for (const float* channel : outputs) {
-    for (int i = 0; i < 64; ++i) Require(std::isfinite(channel[i]));
-  }
+  for (int i = 0; i < 128; ++i) Require(std::isfinite(out[i / 64][i % 64]));
 }
 
 void FuzzWholeStateRestore(const uint8_t* data, size_t size) {
-  static std::unique_ptr<IPlugAdaptor> plug = StereoPlugAt48k();
+  static std::unique_ptr<IPlugAdaptor> plug = [] {
+    std::unique_ptr<IPlugAdaptor> made(MakePlug());
+    made->SetSampleRate(48000.0), made->Reset(), made->SetIO(2, 2), made->SetBlockSize(64);
+    return made;
+  }();
   const std::vector<unsigned char> before = StateOf(*plug);
-  if (!RestoreWholeState(*plug, data, size).empty()) {
-    Require(StateOf(*plug) == before);
-    return;
-  }
-  CheckValuesInRange(*plug);
-  CheckBlockIsFinite(*plug);
+  if (RestoreWholeState(*plug, data, size).empty()) return CheckRestored(*plug);
+  Require(StateOf(*plug) == before);
 }
 
 void FuzzCoreRestore(const uint8_t* data, size_t size) {
   static std::unique_ptr<IPlugAdaptor> plug(MakePlug());
   ByteChunk chunk;
   chunk.PutBytes(data, static_cast<int>(size));
-  const int startPos = size > 0 ? data[0] % 16 - 4 : 0;  // a few negative and unaligned starts
-  plug->UnserializeState(&chunk, startPos);
+  plug->UnserializeState(&chunk, size > 0 ? data[0] % 16 - 4 : 0);  // negative, unaligned starts
   plug->UnserializeState(&chunk, 0);
-  // CompareState reads one double per parameter without a size to check against (hosts always
-  // hand it a whole state), so only whole states go in.
+  // CompareState reads one double per parameter with no size to check (hosts always hand it a
+  // whole state), so only whole states go in.
   if (size >= sizeof(double) * kNumParams) plug->CompareState(data, 0);
 }
 

@@ -22,11 +22,7 @@ using Names = std::vector<std::string>;
 class ScratchFolder {
  public:
   ScratchFolder() : mPrevious(fs::current_path()), mPath(Make()) { fs::current_path(mPath); }
-  ~ScratchFolder() {
-    fs::current_path(mPrevious);
-    fs::remove_all(mPath);
-  }
-  const fs::path& Path() const { return mPath; }
+  ~ScratchFolder() { fs::current_path(mPrevious), fs::remove_all(mPath); }
 
  private:
   static fs::path Make() {
@@ -50,9 +46,7 @@ inline Bytes ReadBytes(const std::string& path) {
 }
 
 inline void WriteBytes(const std::string& path, const Bytes& bytes) {
-  std::ofstream(path, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()),
-             static_cast<std::streamsize>(bytes.size()));
+  std::ofstream(path, std::ios::binary).write((const char*)bytes.data(), bytes.size());
 }
 
 // Everything waiting in a pipe opened without blocking.
