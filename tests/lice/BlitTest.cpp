@@ -43,12 +43,10 @@ TEST(Blit, PixelsLandWhereTheRectangleSaysClippedToBothBitmaps) {
 TEST(Blit, NullOrEmptyBitmapsDrawNothingAndClearCoversAll) {
   GuardedBitmap dest(7, 6, true);
   LICE_MemBitmap src(6, 5), empty;
-  LICE_Blit(nullptr, &src, 0, 0, nullptr, 1.0f, 0);
-  LICE_Blit(&dest, nullptr, 0, 0, nullptr, 1.0f, 0);
-  LICE_Blit(&dest, &empty, 0, 0, nullptr, 1.0f, 0);
-  LICE_FillRect(nullptr, 0, 0, 1, 1, 0, 1.0f, 0);
-  LICE_Clear(nullptr, 0);
-  LICE_Clear(&empty, 0);
+  for (auto [to, from] : {std::pair<LICE_IBitmap*, LICE_IBitmap*>{nullptr, &src}, {&dest, nullptr},
+                          {&dest, &empty}})
+    LICE_Blit(to, from, 0, 0, nullptr, 1.0f, 0);
+  LICE_FillRect(nullptr, 0, 0, 1, 1, 0, 1.0f, 0), LICE_Clear(nullptr, 0), LICE_Clear(&empty, 0);
   dest.Expect([](int, int) { return Argb{}; });
   LICE_Clear(&dest, LICE_RGBA(10, 20, 30, 40));
   dest.Expect([](int, int) { return Argb{40, 10, 20, 30}; });
