@@ -76,7 +76,7 @@ TEST(TarnParams, TableIdentityAndDefaultPreset) {
 }
 
 // Silence, bypassed: only the noise floor, the congruential generator at 10^((0.1·trim - 90)/20)
-// through the 850 Hz shelf the drive sets; the same in stereo and mono.
+// through the 850 Hz shelf the drive sets (right and mono: the mono/stereo test).
 TEST(TarnProcessor, NoiseFloorLevelAndColour) {
   for (double drive : {0.0, 10.0}) {
     RBJ shelf{};
@@ -91,8 +91,6 @@ TEST(TarnProcessor, NoiseFloorLevelAndColour) {
     }
     for (int n = 0; n < 4800; ++n)
       ASSERT_NEAR(trimmed[0][n] / quiet[0][n], std::pow(10, 0.1), 1e-5);
-    EXPECT_EQ(quiet[0], quiet[1]);
-    EXPECT_EQ(Host(1).Set(kBypass, 1).Set(kDrive, drive).Run(Constant(1, 4800, 0))[0], quiet[0]);
   }
 }
 
@@ -158,13 +156,10 @@ TEST(TarnProcessor, MonoStereoAndCrosstalk) {
   EXPECT_EQ(out1, std::vector<double>(64, 7.0));
 }
 
-// The needle: bare, the ballistics (unity at DC); shown, +18 dB, 0.43 above 0.638, within
-// 0.015..0.98, once per block. Mode 2 reads the (DC-free) output; mode 1 out/in 3.95 dB low.
+// The needle: the ballistics (unity at DC) +18 dB, 0.43 above 0.638, within 0.015..0.98, sent
+// once per block; mode 2 reads the (DC-free) output, mode 1 output over input 3.95 dB low.
 TEST(TarnProcessor, Meter) {
   const float dc = 0.125f;
-  Host bare(2);
-  bare.Run(Constant(2, 480000, dc));
-  EXPECT_NEAR(bare.effect().GetNeedle(), dc * kFade, 1e-9);
   Host shown(2), rms(2);
   auto *gui = new RecordingGraphics, *rmsGui = new RecordingGraphics;
   shown.plug->AttachGraphics(gui), rms.plug->AttachGraphics(rmsGui);
