@@ -58,7 +58,6 @@ TEST(TarnParams, TableIdentityAndDefaultPreset) {
                             "Crosstalk Level|4|-90|-120|-60|0.1|1|dB||0.0,1.0,2.0",
                             "VU Mode|3|0|0|2|1|1|||Input,RMS Difference Out-In,Output",
                             "Bypass|1|0|0|1|1|1|||off,on,2"};
-  ASSERT_EQ(plug.NParams(), 8);
   for (int i = 0; i < 8; ++i) EXPECT_EQ(Describe(plug.GetParam(i)), expected[i]);
   int in1, out1, in2, out2;
   plug.GetChannelIO(0, &in1, &out1), plug.GetChannelIO(1, &in2, &out2);
@@ -147,11 +146,9 @@ TEST(TarnProcessor, MonoStereoAndCrosstalk) {
     EXPECT_EQ(m[0] == s[0], xt == -120.0);
     EXPECT_EQ(s[0] == s[1], xt == -120.0);
   }
-  Host mono(1);
   std::vector<double> x(64, 0.25), out0(64, 7.0), out1(64, 7.0);
-  double* ins[2] = {x.data(), x.data()};
-  double* outs[2] = {out0.data(), out1.data()};
-  mono.effect().ProcessDoubleReplacing(ins, outs, 64);
+  double *ins[2] = {x.data(), x.data()}, *outs[2] = {out0.data(), out1.data()};
+  Host(1).effect().ProcessDoubleReplacing(ins, outs, 64);
   EXPECT_NE(out0, std::vector<double>(64, 7.0));
   EXPECT_EQ(out1, std::vector<double>(64, 7.0));
 }
