@@ -146,7 +146,6 @@ TEST(AsymSat, DriftFollowsItsOwnRandomSequence) {
     still.process_Stereo(std::sin(n * 0.01), 0.0);
     ASSERT_EQ(still.driftGainL, 1.0);
   }
-  EXPECT_EQ(sat.drift[1].value, 1.0);
   DriftGenerator broken{4, 0.25, 0.5, 0.5, std::nan(""), 0.75};
   broken.advance(expected);
   EXPECT_EQ(broken.target, 0.75);

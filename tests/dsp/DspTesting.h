@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "AllocationCounter.h"
 #include "dsp/Tarn.h"
 
 constexpr double kRate = 48000.0;
@@ -24,13 +25,14 @@ struct Host {
     return *this;
   }
   // Blocks of `block` frames; with `every`, change(k) runs at frame k·every and splits the block
-  // there, as a host splits blocks at automation points.
+  // there, as a host splits blocks at automation points. Neither may allocate.
   Signal Run(const Signal& in, int block = 512, int every = 0,
              const std::function<void(int)>& change = nullptr) {
     const int n = static_cast<int>(in[0].size());
     Signal out(nCh, std::vector<float>(n));
     plug->SetBlockSize(block);
     for (int start = 0, len = 0; start < n; start += len) {
+      AllocationScope scope;
       len = std::min(block, n - start);
       if (every > 0 && start % every == 0) change(start / every);
       if (every > 0) len = std::min(len, every - start % every);
@@ -38,6 +40,7 @@ struct Host {
       for (int c = 0; c < nCh; ++c)
         ins[c] = const_cast<float*>(&in[c][start]), outs[c] = &out[c][start];
       plug->ProcessAudio(ins, outs, len);
+      EXPECT_EQ(scope.Count(), 0) << "block at " << start;
     }
     return out;
   }
