@@ -26,16 +26,16 @@ struct Host {
   }
   // Blocks of `block` frames; with `every`, change(k) runs at frame k·every and splits the block
   // there, as a host splits blocks at automation points. Neither may allocate.
-  Signal Run(const Signal& in, int block = 512, int every = 0,
-             const std::function<void(int)>& change = nullptr) {
+  Signal Run(
+      const Signal& in, int block = 512, int every = 1 << 30,
+      const std::function<void(int)>& change = [](int) {}) {
     const int n = static_cast<int>(in[0].size());
     Signal out(nCh, std::vector<float>(n));
     plug->SetBlockSize(block);
     for (int start = 0, len = 0; start < n; start += len) {
       AllocationScope scope;
-      len = std::min(block, n - start);
-      if (every > 0 && start % every == 0) change(start / every);
-      if (every > 0) len = std::min(len, every - start % every);
+      if (start % every == 0) change(start / every);
+      len = std::min({block, n - start, every - start % every});
       float *ins[2] = {}, *outs[2] = {};
       for (int c = 0; c < nCh; ++c)
         ins[c] = const_cast<float*>(&in[c][start]), outs[c] = &out[c][start];

@@ -46,8 +46,8 @@ std::string Describe(const IParam* p) {
 // The eight parameters (kinds: 4 double, 3 enumeration, 1 boolean), the identity and channel
 // layouts, and the one preset "-" holding the defaults as little-endian doubles.
 TEST(TarnParams, TableIdentityAndDefaultPreset) {
-  Host host(2);
-  IPlugAdaptor& plug = *host.plug;
+  const std::unique_ptr<IPlugAdaptor> owned(MakePlug());
+  IPlugAdaptor& plug = *owned;
   const char* expected[] = {"Input Trim|4|0|-20|20|0.1|1|dB||0.0,1.0,2.0",
                             "Drive|4|0|0|10|0.01|1|||0.00,1.00,2.00",
                             "Output Compensation|4|0|-20|20|0.1|1|dB||0.0,1.0,2.0",
