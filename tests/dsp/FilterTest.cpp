@@ -80,11 +80,8 @@ TEST(RBJ, SinesFollowTheAnaloguePrototypes) {
           << "type " << c.type << " at " << hz << " Hz of " << c.hz;
     }
   }
-}
-
-// With the flag, width is octaves between the band-pass's -3 dB points and the peak's half-gain
-// (in dB) points; low centres, as the bilinear warp makes it exact only there.
-TEST(RBJ, BandwidthFlagSetsTheWidthInOctaves) {
+  // With the flag, width is octaves between the band-pass's -3 dB points and the peak's half-gain
+  // (in dB) points; low centres, as the bilinear warp makes it exact only there.
   const Section bandPass({3, 200, 1.2, 0, true}), peak({6, 56, 1.8, 3.0, true});
   const double edge = std::sqrt(0.5), half = std::pow(10.0, 3.0 / 20.0);
   EXPECT_NEAR(std::log2(Crossing(bandPass, edge, 200, 2000) / Crossing(bandPass, edge, 200, 20)),

@@ -10,7 +10,6 @@ TEST(MakePlugThreads, ConcurrentFactoryCallsMakeIndependentInstances) {
     IPlugAdaptor* made[2] = {nullptr, nullptr};
     std::thread first([&] { made[0] = MakePlug(); }), second([&] { made[1] = MakePlug(); });
     first.join(), second.join();
-    ASSERT_TRUE(made[0] && made[1]);
     made[0]->SetParameter(kDrive, 3.0);
     EXPECT_EQ(made[1]->GetParam(kDrive)->Value(), 0.0);
     for (IPlugAdaptor* plug : made) {

@@ -96,16 +96,14 @@ TEST(TarnProcessor, NoiseFloorLevelAndColour) {
 TEST(TarnProcessor, StartUpFadeAndClamp) {
   const Signal floor = Host(2, false).Set(kBypass, 1).Run(Constant(2, 12000, 0));
   const Signal half = Host(2, false).Set(kBypass, 1).Run(Constant(2, 12000, 0.5f));
+  const Signal loud = Host(2, false)
+                          .Set(kBypass, 1)
+                          .Run({std::vector<float>(12000, 1e6f), std::vector<float>(12000, -1e6f)});
   for (int n : {0, 1, 4999, 9998, 9999, 10000, 11999}) {
     const double fade = std::min(n + 1, 10001) * 0.0001;
     EXPECT_NEAR(half[0][n] - floor[0][n], 0.5 * fade * fade, 2e-7) << n;
-  }
-  const Signal resetFloor = Host(2).Set(kBypass, 1).Run(Constant(2, 256, 0));
-  const Signal loud =
-      Host(2).Set(kBypass, 1).Run({std::vector<float>(256, 100.f), std::vector<float>(256, -1e6f)});
-  for (int n = 0; n < 256; ++n) {
-    ASSERT_FLOAT_EQ(loud[0][n], float(20.0 * kFade + resetFloor[0][n]));
-    ASSERT_FLOAT_EQ(loud[1][n], float(-20.0 * kFade + resetFloor[1][n]));
+    EXPECT_FLOAT_EQ(loud[0][n], float(20.0 * fade + floor[0][n])) << n;
+    EXPECT_FLOAT_EQ(loud[1][n], float(-20.0 * fade + floor[1][n])) << n;
   }
 }
 
@@ -144,17 +142,16 @@ TEST(TarnProcessor, MonoStereoAndCrosstalk) {
     EXPECT_EQ(m[0] == s[0], xt == -120.0);
     EXPECT_EQ(s[0] == s[1], xt == -120.0);
   }
-  std::vector<double> x(64, 0.25), out0(64, 7.0), out1(64, 7.0);
-  double *ins[2] = {x.data(), x.data()}, *outs[2] = {out0.data(), out1.data()};
+  std::vector<double> out0(64, 0.25), out1(64, 7.0);
+  double *ins[2] = {out0.data(), out0.data()}, *outs[2] = {out0.data(), out1.data()};
   Host(1).effect().ProcessDoubleReplacing(ins, outs, 64);
-  EXPECT_NE(out0, std::vector<double>(64, 7.0));
   EXPECT_EQ(out1, std::vector<double>(64, 7.0));
 }
 
 // The needle: the ballistics (unity at DC) +18 dB, 0.43 above 0.638, within 0.015..0.98, sent
 // once per block; mode 2 reads the (DC-free) output, mode 1 output over input 3.95 dB low.
 TEST(TarnProcessor, Meter) {
-  const float dc = 0.125f;
+  const float dc = 0.125f;  // an average of -18 dBFS reads 1.0 before compression
   Host shown(2), rms(2);
   auto *gui = new RecordingGraphics, *rmsGui = new RecordingGraphics;
   shown.plug->AttachGraphics(gui), rms.plug->AttachGraphics(rmsGui);
