@@ -1,5 +1,4 @@
-// Prints the first N values (argument, default 5000) of rand() from a process that never calls
-// srand, one per line: the reference sequence for the per-instance generator.
+// Prints the first N (argument, default 5000) rand() values of a process that never seeds it.
 #include <cstdio>
 #include <cstdlib>
 

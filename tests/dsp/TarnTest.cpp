@@ -94,11 +94,9 @@ TEST(TarnProcessor, NoiseFloorLevelAndColour) {
 // From construction the fade rises by 0.0001 per frame and scales input and output (a bypassed
 // constant gives input·fade²); outputs are held to ±20 before the noise and fade.
 TEST(TarnProcessor, StartUpFadeAndClamp) {
-  const Signal floor = Host(2, false).Set(kBypass, 1).Run(Constant(2, 12000, 0));
-  const Signal half = Host(2, false).Set(kBypass, 1).Run(Constant(2, 12000, 0.5f));
-  const Signal loud = Host(2, false)
-                          .Set(kBypass, 1)
-                          .Run({std::vector<float>(12000, 1e6f), std::vector<float>(12000, -1e6f)});
+  auto run = [](const Signal& in) { return Host(2, false).Set(kBypass, 1).Run(in); };
+  const Signal floor = run(Constant(2, 12000, 0)), half = run(Constant(2, 12000, 0.5f)),
+               loud = run({std::vector<float>(12000, 1e6f), std::vector<float>(12000, -1e6f)});
   for (int n : {0, 1, 4999, 9998, 9999, 10000, 11999}) {
     const double fade = std::min(n + 1, 10001) * 0.0001;
     EXPECT_NEAR(half[0][n] - floor[0][n], 0.5 * fade * fade, 2e-7) << n;
