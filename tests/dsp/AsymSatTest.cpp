@@ -30,8 +30,7 @@ double GainDb(const RBJ& f, double hz, double fs) {
 
 }  // namespace
 
-static_assert(std::is_trivially_destructible_v<AsymSat>,
-              "the effect destroys its saturator twice; destruction must release nothing");
+static_assert(std::is_trivially_destructible_v<AsymSat>, "the effect destroys its saturator twice");
 
 // Stated constants after construction and after init_all, time constants as e-folding times;
 // the knees follow "Asymmetry" and the even weight the drive (their S = 0 values: the curve test).
@@ -60,24 +59,21 @@ TEST(AsymSat, ConstructedAndInitialisedConstants) {
 // Low-pass at 12 kHz for T >= 0 and 12000 - 6000·0.5^0.3 Hz at -10, emphasis ±T dB, the 10 kHz
 // and 14 kHz boosts; right-channel twins are pinned by the mono/stereo test below.
 TEST(AsymSat, ToneStagesAndShelvesFollowTheControls) {
-  const double fs = 48000.0;
+  const double fs = kRate;
   const AsymSat dark = Initialised(fs, 0.0, -10.0, 0.2, 0.5),
-                neutral = Initialised(fs, 0.0, 0.0, 0.2, 0.5),
                 bright = Initialised(fs, 0.0, 8.0, 0.2, 0.5);
-  ExpectNear(
-      {CornerHz(dark.tone[0], fs), CornerHz(neutral.tone[0], fs), CornerHz(bright.tone[0], fs),
-       CornerHz(bright.tone[2], fs), CornerHz(bright.tone[5], fs)},
-      {12000.0 - 6000.0 * std::pow(0.5, 0.3), 12000.0, 12000.0, 10000.0, 14000.0}, 1e-9);
+  ExpectNear({CornerHz(dark.tone[0], fs), CornerHz(bright.tone[0], fs),
+              CornerHz(bright.tone[2], fs), CornerHz(bright.tone[5], fs)},
+             {12000.0 - 6000.0 * std::pow(0.5, 0.3), 12000.0, 10000.0, 14000.0}, 1e-9);
   // Shelves at Nyquist and half that at their corners; the 56 Hz bump at drive 0 is 2·(-0.2 + v).
   ExpectNear({GainDb(bright.eq[0], fs / 2, fs), GainDb(bright.eq[0], 2374.0, fs),
               GainDb(bright.eq[2], fs / 2, fs), GainDb(bright.eq[2], 3374.0, fs),
               GainDb(dark.eq[6], 56.0, fs), GainDb(bright.eq[6], 56.0, fs)},
              {8.0, 4.0, -8.0, -4.0, 0.6, 0.4}, 1e-9);
   ExpectNear({bright.tone[2].g, dark.tone[2].g, Initialised(fs, -40.0, 0.0, 0.2, 1.0).tone[4].g,
-              Initialised(fs, 20.0, 0.0, 0.2, 1.0).tone[4].g,
               Initialised(fs, 0.0, 0.0, 0.2, 0.0).tone[5].g,
-              (1.0 - neutral.tone[0].a) / 2.0 - neutral.tone[0].b},
-             {std::exp(8 * 0.7 * 0.115) - 1, 0, std::exp(60 * 0.17 * 0.115) - 1, 0, 0, 0}, 1e-12);
+              (1.0 - bright.tone[0].a) / 2.0 - bright.tone[0].b},
+             {std::exp(8 * 0.7 * 0.115) - 1, 0, std::exp(60 * 0.17 * 0.115) - 1, 0, 0}, 1e-12);
   EXPECT_EQ(std::tuple(bright.tone[4].mode, bright.tone[0].mode), std::tuple(5, 0));
 }
 
@@ -91,9 +87,8 @@ TEST(AsymSat, CurveAtChosenPoints) {
              {(1.0 - 0.0125) / std::sqrt(2.0), -1.0 / std::sqrt(2.0) - 0.0125 / std::sqrt(2.21),
               3.0 / std::sqrt(10.0) - 0.0125 * 9.0 / std::sqrt(82.0)},
              1e-15);
-  sat.memIn = 0.5, sat.memFb = 0.5, sat.postFb = 0.25, sat.postScale = 2.0;
-  mem = 1.0, prev = 0.4;  // s = 0.5; u = 1.1·s² = 0.275
-  const double y = 1.0 / std::sqrt(5.0) - 0.0125 * 0.25 / std::sqrt(1.075625);
+  sat.memIn = 0.5, sat.memFb = 0.5, sat.postFb = 0.25, sat.postScale = 2.0, mem = 1.0, prev = 0.4;
+  const double y = 1.0 / std::sqrt(5.0) - 0.0125 * 0.25 / std::sqrt(1.075625);  // s = 0.5
   ExpectNear({sat.curve(0.0, mem, prev), mem, prev}, {(y - 0.25 * 0.4) * 2.0, 0.5, y}, 1e-15);
 }
 
@@ -101,10 +96,10 @@ TEST(AsymSat, CurveAtChosenPoints) {
 // and the compensation follows at once; loud, the linked detector pulls the gain down.
 TEST(AsymSat, GainComputerGlideAndLinkedDetector) {
   AsymSat sat = Initialised(44100.0, 12.0, 0.0, 0.0, 0.5);
-  const double x = 0.01, noise = 1.0 + 2 * 29573 * -1.0 / 139968;
-  sat.process_Stereo(x, x);
+  const double in = 0.01, noise = 1.0 + 2 * 29573 * -1.0 / 139968;
+  sat.process_Stereo(in, in);
   EXPECT_NEAR(sat.gainSmoothed / ((1.0 - 0.999) * std::pow(10.0, 12.0 / 20.0)), 1.0, 1e-13);
-  EXPECT_NEAR(sat.workL / (4.0 * sat.eq[0].b0 * (sat.gainSmoothed * x + 1e-11 * noise)),
+  EXPECT_NEAR(sat.workL / (4.0 * sat.eq[0].b0 * (sat.gainSmoothed * in + 1e-11 * noise)),
               25 / std::sqrt(626.0), 1e-14);
   for (int n = 2; n <= 3000; ++n) sat.process_Stereo(0.1, -0.1);
   EXPECT_NEAR(sat.gainSmoothed / sat.gainTarget, 1.0 - std::pow(0.999, 3000), 1e-9);

@@ -48,14 +48,13 @@ double SineGain(const Section& s, double hz) {
   return MeasuredGain<Section>([&] { return s; }, 2.0 * kPi * hz / kRate, 40000);
 }
 
-// Where a measured response crosses `level` between lo and hi Hz, by bisection.
-double Crossing(const Section& f, double level, double lo, double hi) {
-  const bool rising = SineGain(f, lo) < level;
+// Where the measured response falls to `level` from the centre `from` towards `to`, by bisection.
+double Crossing(const Section& f, double level, double from, double to) {
   for (int i = 0; i < 40; ++i) {
-    const double mid = std::sqrt(lo * hi);
-    ((SineGain(f, mid) < level) == rising ? lo : hi) = mid;
+    const double mid = std::sqrt(from * to);
+    (SineGain(f, mid) > level ? from : to) = mid;
   }
-  return lo;
+  return from;
 }
 
 }  // namespace
@@ -96,8 +95,7 @@ TEST(RBJ, StepsTheDifferenceEquationAndFlushes) {
     EXPECT_EQ(f.filter(x), y);
     x2 = x1, x1 = x, y2 = y1, y1 = y;
   }
-  RBJ pass;
-  pass.b0 = 1.0;
+  RBJ pass{1.0};
   EXPECT_EQ(pass.filter(1e-310), 0.0);
   EXPECT_FALSE(std::signbit(pass.filter(-0.0)));
   EXPECT_EQ(pass.filter(2.2250738585072014e-308), 2.2250738585072014e-308);
@@ -116,10 +114,8 @@ TEST(HalfBandFilter, StatedImpulseAndAQuarterRateCutoff) {
   HalfBandFilter f;
   EXPECT_EQ(f.process(1.0), 0.0018675060322128473);  // half the product of path A
   EXPECT_EQ(f.process(0.0), 0.015127691037798081);   // path B joins
-  auto db = [](double cycles) {
-    return ToDb(
-        MeasuredGain<HalfBandFilter>([] { return HalfBandFilter(); }, 2 * kPi * cycles, 20000));
-  };
+  auto fresh = [] { return HalfBandFilter(); };
+  auto db = [&](double c) { return ToDb(MeasuredGain<HalfBandFilter>(fresh, 2 * kPi * c, 20000)); };
   for (double c : {0.02, 0.12, 0.22, 0.24}) EXPECT_NEAR(db(c), 0.0, 1e-6) << c;
   EXPECT_NEAR(db(0.25), -3.0103, 1e-3);
   for (double c : {0.26, 0.33, 0.45}) EXPECT_LT(db(c), -100.0) << c;

@@ -5,5 +5,4 @@
 int main(int argc, char** argv) {
   const long n = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 5000;
   for (long i = 0; i < n; ++i) std::printf("%d\n", std::rand());
-  return 0;
 }

@@ -72,9 +72,9 @@ TEST(TarnParams, TableIdentityAndDefaultPreset) {
   EXPECT_EQ(std::memcmp(plug.GetPreset(0)->mChunk.GetBytes(), defaults, 64), 0);
 }
 
-// Silence, bypassed: only the noise floor, the congruential generator at 10^((0.1·trim - 90)/20)
-// through the 850 Hz shelf the drive sets (right and mono: the mono/stereo test).
-TEST(TarnProcessor, NoiseFloorLevelAndColour) {
+// Bypassed silence leaves the floor: noise at 10^((0.1·trim - 90)/20) through the drive's 850 Hz
+// shelf; from construction a 0.0001-per-frame fade acts twice, outputs are held to ±20 before it.
+TEST(TarnProcessor, NoiseFloorFadeAndClamp) {
   for (double drive : {0.0, 10.0}) {
     RBJ shelf{};
     shelf.setup(8, 850.0, kRate, 0.2, (6.0 * drive - 40.0) * 0.25 - 14.0, true);
@@ -89,11 +89,6 @@ TEST(TarnProcessor, NoiseFloorLevelAndColour) {
     for (int n = 0; n < 4800; ++n)
       ASSERT_NEAR(trimmed[0][n] / quiet[0][n], std::pow(10, 0.1), 1e-5);
   }
-}
-
-// From construction the fade rises by 0.0001 per frame and scales input and output (a bypassed
-// constant gives input·fade²); outputs are held to ±20 before the noise and fade.
-TEST(TarnProcessor, StartUpFadeAndClamp) {
   auto run = [](const Signal& in) { return Host(2, false).Set(kBypass, 1).Run(in); };
   const Signal floor = run(Constant(2, 12000, 0)), half = run(Constant(2, 12000, 0.5f)),
                loud = run({std::vector<float>(12000, 1e6f), std::vector<float>(12000, -1e6f)});
@@ -111,7 +106,8 @@ TEST(TarnProcessor, BypassRampTrimAndOutputGain) {
   const Signal in = Sine(2, 6000, 220.0, 0.3),
                floor = Host(2).Set(kBypass, 1).Run(Constant(2, 6000, 0));
   const Signal plain = Host(2).Run(in), zero = Host(2).Set(kOutputComp, 0).Run(in),
-               six = Host(2).Set(kOutputComp, 6).Run(in);
+               six = Host(2).Set(kOutputComp, 6).Run(in),
+               trimmed = Host(2).Set(kInputTrim, 6).Set(kBypass, 1).Run(in);
   Host switched(2);
   const Signal b = switched.Run(in, 512, 4800, [&](int k) { switched.Set(kBypass, k); });
   for (int n = 2000; n < 6000; ++n) {
@@ -124,7 +120,6 @@ TEST(TarnProcessor, BypassRampTrimAndOutputGain) {
     const double mix = ((b[0][n] - floor[0][n]) / kFade - dry) / (wet - dry);
     ASSERT_NEAR(mix, std::pow(0.99, n - 4799), 1e-4) << n;
   }
-  const Signal trimmed = Host(2).Set(kInputTrim, 6).Set(kBypass, 1).Run(in);
   for (int n = 0; n < 100; ++n)
     ASSERT_NEAR(trimmed[0][n] - floor[0][n] * std::pow(10, 0.03),
                 in[0][n] * std::pow(10, 6 / 20.0) * kFade * kFade, 1e-6);
@@ -137,8 +132,7 @@ TEST(TarnProcessor, MonoStereoAndCrosstalk) {
   for (double xt : {-120.0, -119.9}) {
     const Signal m = Host(1).Set(kDrive, 6).Set(kAsymmetry, 8).Set(kCrosstalk, xt).Run({in[0]});
     const Signal s = Host(2).Set(kDrive, 6).Set(kAsymmetry, 8).Set(kCrosstalk, xt).Run(in);
-    EXPECT_EQ(m[0] == s[0], xt == -120.0);
-    EXPECT_EQ(s[0] == s[1], xt == -120.0);
+    EXPECT_EQ(std::pair(m[0] == s[0], s[0] == s[1]), std::pair(xt == -120.0, xt == -120.0));
   }
   std::vector<double> out0(64, 0.25), out1(64, 7.0);
   double *ins[2] = {out0.data(), out0.data()}, *outs[2] = {out0.data(), out1.data()};
@@ -163,8 +157,7 @@ TEST(TarnProcessor, Meter) {
     shown.Set(kVuMode, mode).Run(Constant(2, 480000, level));
     EXPECT_NEAR(gui->lastValue, needle, 1e-8) << mode << " " << level;
   }
-  EXPECT_EQ(gui->lastControl, 3);
-  EXPECT_EQ(gui->calls, 4 * (480000 / 512 + 1));
+  EXPECT_EQ(std::pair(gui->lastControl, gui->calls), std::pair(3, 4 * (480000 / 512 + 1)));
   rms.Set(kVuMode, 1).Run(Constant(2, 4096, 0.0f));
   EXPECT_EQ(rmsGui->lastValue, 0.638);
   rms.Set(kBypass, 1).Run(Sine(2, 96000, 1000.0, 0.5));
