@@ -73,7 +73,7 @@ TEST(TarnParams, TableIdentityAndDefaultPreset) {
 }
 
 // Bypassed silence leaves the floor: noise at 10^((0.1·trim - 90)/20) through the drive's 850 Hz
-// shelf; from construction a 0.0001-per-frame fade acts twice, outputs are held to ±20 before it.
+// shelf; from construction the fade rises 0.0001 per frame on input and output, ±20 clamp between.
 TEST(TarnProcessor, NoiseFloorFadeAndClamp) {
   for (double drive : {0.0, 10.0}) {
     RBJ shelf{};
@@ -143,7 +143,7 @@ TEST(TarnProcessor, MonoStereoAndCrosstalk) {
 // The needle: the ballistics (unity at DC) +18 dB, 0.43 above 0.638, within 0.015..0.98, sent
 // once per block; mode 2 reads the (DC-free) output, mode 1 output over input 3.95 dB low.
 TEST(TarnProcessor, Meter) {
-  const float dc = 0.125f;  // an average of -18 dBFS reads 1.0 before compression
+  const float dc = 0.125f;
   Host shown(2), rms(2);
   auto *gui = new RecordingGraphics, *rmsGui = new RecordingGraphics;
   shown.plug->AttachGraphics(gui), rms.plug->AttachGraphics(rmsGui);
