@@ -30,8 +30,7 @@ namespace {
 const int kFloatWav = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
 
 struct Sound {
-  int nChannels = 1;
-  int rate = 44100;
+  int nChannels = 1, rate = 44100;
   std::vector<float> samples;  // interleaved
   int format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
   long long Frames() const { return static_cast<long long>(samples.size()) / nChannels; }
@@ -118,9 +117,7 @@ class TarnRender : public ::testing::Test {
   }
   Result Run(const Names& args) {
     std::ostringstream out, err;
-    const EffectFactory factory = [&](std::string*) -> std::unique_ptr<RenderEffect> {
-      return std::make_unique<FakeEffect>(&mLog);
-    };
+    const EffectFactory factory = [&](std::string*) { return std::make_unique<FakeEffect>(&mLog); };
     const int status = RunTarnRender(args, factory, {out, err, false}, mInterrupted);
     return {status, out.str(), err.str()};
   }

@@ -18,9 +18,7 @@ namespace {
 __attribute__((tls_model("initial-exec"))) thread_local bool tArmed = false;
 __attribute__((tls_model("initial-exec"))) thread_local long tCount = 0;
 
-inline void Note() {
-  if (tArmed) ++tCount;
-}
+inline void Note() { tCount += tArmed; }
 
 // The allocation behind operator new, which must not be counted a second time.
 inline void* RawMalloc(std::size_t size) {
@@ -56,12 +54,10 @@ long AllocationScope::Count() const { return tCount - mStart; }
 void* operator new(std::size_t size) { return CountedNew(size); }
 void* operator new[](std::size_t size) { return CountedNew(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  Note();
-  return RawMalloc(size ? size : 1);
+  return Note(), RawMalloc(size ? size : 1);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  Note();
-  return RawMalloc(size ? size : 1);
+  return Note(), RawMalloc(size ? size : 1);
 }
 void* operator new(std::size_t size, std::align_val_t a) { return CountedAlignedNew(size, a); }
 void* operator new[](std::size_t size, std::align_val_t a) { return CountedAlignedNew(size, a); }
@@ -77,17 +73,8 @@ void operator delete[](void* p, std::size_t, std::align_val_t) noexcept { std::f
 // The C allocator is replaced only where no sanitizer runtime already owns it.
 #ifdef TARN_COUNT_C_ALLOCATOR
 extern "C" {
-void* malloc(std::size_t size) {
-  Note();
-  return __libc_malloc(size);
-}
-void* calloc(std::size_t n, std::size_t size) {
-  Note();
-  return __libc_calloc(n, size);
-}
-void* realloc(void* p, std::size_t size) {
-  Note();
-  return __libc_realloc(p, size);
-}
+void* malloc(std::size_t size) { return Note(), __libc_malloc(size); }
+void* calloc(std::size_t n, std::size_t size) { return Note(), __libc_calloc(n, size); }
+void* realloc(void* p, std::size_t size) { return Note(), __libc_realloc(p, size); }
 }
 #endif
