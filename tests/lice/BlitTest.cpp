@@ -1,13 +1,7 @@
-// Blits and fills: where pixels land (clipping against both bitmaps, source rectangles, flipped
-// rows, no write outside the target whatever the coordinates) and how each blend mode combines
-// them, by values worked by hand from the per-channel rules; and the hue conversion.
-
 #include "LiceTest.h"
 
-// Source pixel (sx, sy) of the rectangle l, t, r, b, where the 6 × 5 source has it, lands at
-// (dx + sx - l, dy + sy - t) if that is inside the 7 × 6 destination; nothing else changes. For
-// each flip of both bitmaps, by rectangle and by size, by the full-strength row copy and by the
-// per-pixel path (add onto zero); for the whole source, a fill of its size by copy and by add.
+// Pixel (sx, sy) of rect l, t, r, b in the 6 × 5 source lands at (dx + sx - l, dy + sy - t) in the
+// 7 × 6 dest, nothing else does; per flip: by rect, by size, copied, added; whole: also filled.
 void ExpectPlaced(int dx, int dy, int l, int t, int r, int b, bool whole) {
   for (int k = 0; k < (whole ? 16 : 12); ++k) {
     SCOPED_TRACE(testing::Message() << dx << "," << dy << " case " << k);
@@ -27,8 +21,8 @@ void ExpectPlaced(int dx, int dy, int l, int t, int r, int b, bool whole) {
   }
 }
 
-// Every offset from wholly left or above to wholly right or below, the ends of the int range,
-// and rectangles whose negative corners move the drawing while far corners are cut to the source.
+// Offsets from wholly left/above to wholly right/below, the int range's ends, rectangles whose
+// negative corners move the drawing, far ones cut; null or empty bitmaps draw nothing; clear: all.
 TEST(Blit, PixelsLandWhereTheRectangleSaysClippedToBothBitmaps) {
   for (int i = 0; i < 16 * 14; ++i) ExpectPlaced(i % 16 - 7, i / 16 - 6, 0, 0, 6, 5, true);
   const int lo = INT_MIN, hi = INT_MAX;  // {dx, dy, left, top, right, bottom}
@@ -37,18 +31,12 @@ TEST(Blit, PixelsLandWhereTheRectangleSaysClippedToBothBitmaps) {
                           {0, 0, lo, 0, -1, 4}};
   for (auto [dx, dy, l, t, r, b] : rects) ExpectPlaced(dx, dy, l, t, r, b, false);
   ExpectPlaced(lo, hi, 0, 0, 6, 5, true);
-}
-
-// Null or empty bitmaps draw nothing and touch nothing; a clear covers the whole bitmap.
-TEST(Blit, NullOrEmptyBitmapsDrawNothingAndClearCoversAll) {
   GuardedBitmap dest(7, 6, true);
   LICE_MemBitmap src(6, 5), empty;
-  for (auto [to, from] : {std::pair<LICE_IBitmap*, LICE_IBitmap*>{nullptr, &src}, {&dest, nullptr},
-                          {&dest, &empty}})
-    LICE_Blit(to, from, 0, 0, nullptr, 1.0f, 0);
-  LICE_FillRect(nullptr, 0, 0, 1, 1, 0, 1.0f, 0), LICE_Clear(nullptr, 0), LICE_Clear(&empty, 0);
-  dest.Expect([](int, int) { return Argb{}; });
   LICE_Clear(&dest, LICE_RGBA(10, 20, 30, 40));
+  LICE_Blit(nullptr, &src, 0, 0, nullptr, 1.0f, 0);
+  LICE_Blit(&dest, nullptr, 0, 0, nullptr, 1.0f, 0), LICE_FillRect(nullptr, 0, 0, 1, 1, 0, 1.0f, 0);
+  LICE_Blit(&dest, &empty, 0, 0, nullptr, 1.0f, 0), LICE_Clear(nullptr, 0), LICE_Clear(&empty, 0);
   dest.Expect([](int, int) { return Argb{40, 10, 20, 30}; });
   const LICE_pixel p = LICE_RGBA(1, 2, 3, 4);
   EXPECT_TRUE(LICE_GETA(p) == 4 && LICE_GETR(p) == 1 && LICE_GETG(p) == 2 && LICE_GETB(p) == 3);
@@ -60,15 +48,13 @@ constexpr int kCopy = LICE_BLIT_MODE_COPY, kAdd = LICE_BLIT_MODE_ADD, kDodge = L
 
 Argb Combine(Argb dest, Argb src, float alpha, int mode, bool fill = false) {
   LICE_MemBitmap d(1, 1, 4), s(1, 1, 4);
-  Set(&d, 0, 0, dest);
-  Set(&s, 0, 0, src);
+  Set(&d, 0, 0, dest), Set(&s, 0, 0, src);
   if (fill) LICE_FillRect(&d, 0, 0, 1, 1, LICE_RGBA(src[1], src[2], src[3], src[0]), alpha, mode);
   if (!fill) LICE_Blit(&d, &s, 0, 0, nullptr, alpha, mode);
   return Get(&d, 0, 0);
 }
 
-// {mode, alpha (weight = alpha × 256 truncated), dest, src, expected}, where the arithmetic has
-// an edge: truncation toward zero, saturation, the asymmetries of the source-alpha modes.
+// {mode, alpha (weight = alpha × 256 truncated), dest, src, expected} at the arithmetic's edges.
 const std::tuple<int, float, Argb, Argb, Argb> kWorked[] = {
     // Copy: 0.3 is weight 76, (100 - 200)·180/256 gives -70; 0.5 halves the bytes, then adds.
     {kCopy, 0.3f, {200, 100, 0, 255}, {100, 200, 255, 0}, {170, 130, 76, 179}},
@@ -100,20 +86,16 @@ const std::tuple<int, float, Argb, Argb, Argb> kWorked[] = {
     {kHsv, 1.0f, {40, 255, 0, 0}, {0, 128, 128, 128}, {40, 255, 0, 0}},
     {kHsv, 1.0f, {9, 255, 0, 0}, {0, 128, 0, 128}, {9, 255, 255, 255}},
     {kHsv, 1.0f, {9, 255, 0, 0}, {0, 128, 128, 0}, {9, 0, 0, 0}},
-    // Weights far beyond full strength are held at 127 × 256: 1·32512/256 = 127.
-    {kAdd, 1e30f, {0, 10, 0, 10}, {1, 1, 0, 1}, {127, 137, 0, 137}},
+    {kAdd, 1e30f, {0, 10, 0, 10}, {1, 1, 0, 1}, {127, 137, 0, 137}},  // weight held at 127 × 256
 };
 
-TEST(BlendModes, GiveTheHandWorkedValuesByBlitAndByFill) {
+// By blit and by fill. Nothing drawn at weight 0, negative or NaN copy weight, unlisted mode,
+// alpha 0; a channel copy puts byte mode & 3 into byte mode >> 2 & 3; line members mix or
+// overwrite.
+TEST(BlendModes, HandWorkedValuesNothingDrawnChannelCopyAndTheLineMembers) {
   for (const auto& [mode, alpha, dest, src, expected] : kWorked)
     for (bool fill : {false, true})
-      EXPECT_EQ(Combine(dest, src, alpha, mode, fill), expected) << mode;
-}
-
-// Nothing is drawn at weight 0, a negative or NaN copy weight, an unlisted mode, or alpha 0 even
-// by a channel copy, which otherwise puts source byte (mode & 3) into destination byte
-// ((mode >> 2) & 3). The line routines' members mix evenly or overwrite, ignoring the weight.
-TEST(BlendModes, NothingDrawnChannelCopyAndTheLineMembers) {
+      EXPECT_EQ(Combine(dest, src, alpha, mode, fill), expected) << mode << " fill " << fill;
   const std::pair<int, float> nothing[] = {{0, 0.0f}, {1, 0.003f},     {0, -0.5f},  {1, NAN},
                                            {6, 1.0f}, {0x10006, 1.0f}, {239, 1.0f}, {0xf5, 0.0f}};
   for (auto [mode, alpha] : nothing)
@@ -131,9 +113,8 @@ TEST(BlendModes, NothingDrawnChannelCopyAndTheLineMembers) {
   EXPECT_TRUE(px[0] == 6 && px[1] == 7 && px[2] == 8 && px[3] == 9);
 }
 
-// Hue runs 0-383 in six sectors of 64 from red (magenta 320), saturation and value 0-255. Every
-// colour of a grid comes back within 3: half a hue step moves the middle channel by up to 2
-// (255/128), half a saturation step the others by up to 1.
+// Hue 0-383 in six sectors of 64 from red (magenta 320). A grid comes back within 3: half a hue
+// step moves the middle channel by up to 2 (255/128), half a saturation step the others by 1.
 TEST(Hsv, ChosenColoursConvertAndEveryColourComesBack) {
   const int rgbHsv[][6] = {
       {255, 0, 255, 320, 255, 255}, {255, 0, 128, 352, 255, 255}, {1, 0, 0, 0, 255, 1}};

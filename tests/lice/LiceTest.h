@@ -24,12 +24,8 @@ inline unsigned char* At(LICE_IBitmap* b, int x, int y) {
 inline Argb Get(LICE_IBitmap* b, int x, int y) {
   return {At(b, x, y)[0], At(b, x, y)[1], At(b, x, y)[2], At(b, x, y)[3]};
 }
-inline void Set(LICE_IBitmap* b, int x, int y, Argb v) {
-  for (int i = 0; i < 4; ++i) At(b, x, y)[i] = (unsigned char)v[i];
-}
-inline auto Shape(LICE_IBitmap& b) {
-  return std::tuple(b.getWidth(), b.getHeight(), !!b.getBits());
-}
+inline void Set(LICE_IBitmap* b, int x, int y, Argb v) { std::copy_n(v.data(), 4, At(b, x, y)); }
+inline auto Dims(LICE_IBitmap& b) { return std::tuple(b.getWidth(), b.getHeight(), !!b.getBits()); }
 // Distinct pixels, every byte within range, for x < 8 and y < 6.
 inline Argb Pattern(int x, int y) { return {x * 31 + y * 7 + 1, x * 13 + y * 27, x * 29, y * 41}; }
 

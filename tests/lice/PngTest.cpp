@@ -1,6 +1,3 @@
-// PNG decoding: every colour type and depth decodes to the pixels the PNG rules predict, from
-// a file and from memory, into new and given bitmaps; broken, cut or oversized data gives null.
-
 #include <cstdio>
 #include <fstream>
 #include <memory>
@@ -25,7 +22,7 @@ Argb Expected(const PngSample& s, int x, int y) {
 }
 
 void ExpectDecoded(const PngSample& s, LICE_IBitmap* bmp) {
-  ASSERT_TRUE(bmp && bmp->getWidth() == 7 && bmp->getHeight() == 5);
+  ASSERT_TRUE(bmp && bmp->getWidth() == 7 && bmp->getHeight() == 5 && bmp->getRowSpan() == 8);
   for (int i = 0; i < 35; ++i) ASSERT_EQ(Get(bmp, i % 7, i / 7), Expected(s, i % 7, i / 7)) << i;
 }
 
@@ -40,7 +37,6 @@ TEST(Png, EveryColourTypeAndDepthDecodesToArgb) {
     std::unique_ptr<LICE_IBitmap> fromFile(LICE_LoadPNG(path, nullptr));
     std::remove(path);
     ExpectDecoded(s, fromFile.get());
-    EXPECT_EQ(fromFile ? fromFile->getRowSpan() : 0, 8);
     LICE_SysBitmap sys(2, 2);
     GuardedBitmap flipped(7, 5, true);
     EXPECT_EQ(LICE_LoadPNGFromMemory(bytes.data(), bytes.size(), &sys), &sys);
@@ -50,10 +46,8 @@ TEST(Png, EveryColourTypeAndDepthDecodesToArgb) {
   }
 }
 
-// A prefix of an interlaced file decodes if it holds all the image data (the end chunk is not
-// needed), else gives null; so do a damaged checksum, no data and no file, a given bitmap that
-// will not take the image's size (it keeps its pixels), and an image beyond 16384 pixels a side
-// or 2^24 in all, refused from the header before a given bitmap is resized.
+// Null: an interlaced file cut short of its image data (the end chunk is optional), bad checksum,
+// no data or file, a bitmap refusing the size (kept), over 16384 a side or 2^24 pixels (no resize).
 TEST(Png, CutBrokenOrOversizedDataGivesNull) {
   const PngSample s = {6, 8, false, true};
   const Bytes good = EncodePng(s, 7, 5, 5);
@@ -66,9 +60,9 @@ TEST(Png, CutBrokenOrOversizedDataGivesNull) {
   }
   Bytes badCrc = good;
   badCrc[41] ^= 0x55;  // the first byte of the image data
-  EXPECT_FALSE(LICE_LoadPNGFromMemory(badCrc.data(), badCrc.size(), nullptr));
-  EXPECT_FALSE(LICE_LoadPNGFromMemory(nullptr, 10, nullptr) || LICE_LoadPNG(nullptr, nullptr));
-  EXPECT_FALSE(LICE_LoadPNG("no-such-folder/lice-sample.png", nullptr));
+  EXPECT_FALSE(LICE_LoadPNGFromMemory(badCrc.data(), badCrc.size(), nullptr) ||
+               LICE_LoadPNGFromMemory(nullptr, 10, nullptr) || LICE_LoadPNG(nullptr, nullptr) ||
+               LICE_LoadPNG("no-such-folder/lice-sample.png", nullptr));
   GuardedBitmap fixed(4, 4, false);
   EXPECT_FALSE(LICE_LoadPNGFromMemory(good.data(), good.size(), &fixed));
   fixed.Expect([](int, int) { return Argb{}; });
@@ -76,6 +70,6 @@ TEST(Png, CutBrokenOrOversizedDataGivesNull) {
     const Bytes bytes = EncodePng({6, 8, false, false}, w, h, 16);
     LICE_MemBitmap given(3, 3, 4);
     EXPECT_FALSE(LICE_LoadPNGFromMemory(bytes.data(), bytes.size(), &given)) << w;
-    EXPECT_EQ(Shape(given), std::tuple(3, 3, true)) << w;
+    EXPECT_EQ(Dims(given), std::tuple(3, 3, true)) << w;
   }
 }

@@ -5,9 +5,8 @@
 
 using Samples = std::vector<float>;
 
-// "in-out" tokens at single spaces (a bad or empty one adds 0-0) size the channels. Disconnected
-// inputs read silence and take no host pointer, disconnected outputs are left alone; the same
-// block size keeps the scratch contents, a new one clears, blocks are cut to it.
+// "in-out" tokens (a bad one adds 0-0) size channels; disconnected inputs read silence, take no
+// pointer, outputs stay; the same block size keeps the scratch, a new one clears it, cuts blocks.
 TEST(ProcessingFrame, ConvertsAndRoutesChannelsWithinTheBlockSize) {
   TestPlug plug, copier("1-2", 0, 0), odd("1-2 x 3 "), none(nullptr);
   EXPECT_TRUE(odd.NChannelIO() == 4 && odd.NInChannels() == 3 && odd.NOutChannels() == 2 &&
@@ -28,8 +27,7 @@ TEST(ProcessingFrame, ConvertsAndRoutesChannelsWithinTheBlockSize) {
   plug.SetBlockSize(1024);
   plug.ProcessBuffers(0.f, 32);  // no new input attached: reads what the scratch buffer holds
   EXPECT_EQ(out[0], Delayed(in[0], 0, 2.f));
-  plug.SetBlockSize(16);
-  plug.SetBlockSize(INT_MAX / 4);  // more bytes than an int counts
+  for (int size : {16, INT_MAX / 4}) plug.SetBlockSize(size);  // then more bytes than an int
   plug.ProcessBuffers(0.f, 32);
   plug.SetIO(1, 2);
   EXPECT_TRUE(out[0][15] == 0.f && out[0][16] == 34.f && !plug.IsInChannelConnected(1));
@@ -42,7 +40,7 @@ TEST(ProcessingFrame, ConvertsAndRoutesChannelsWithinTheBlockSize) {
 TEST(PassThroughDelay, DelayFollowsTheUnsignedWrapAcrossBlocks) {
   const int latencies[] = {6, 3, 4, 5, 1, 7}, delays[] = {2, 2, 4, 4, 1, 3};
   Samples ramp = Ramp(40), negated = Delayed(ramp, 0, -2.f);
-  for (int i = 0; i < 6; ++i) {
+  for (int i = 0; i < 6; ++i)
     for (int block : {1, 3, 40}) {
       TestPlug plug;
       plug.SetLatency(latencies[i]);
@@ -55,7 +53,6 @@ TEST(PassThroughDelay, DelayFollowsTheUnsignedWrapAcrossBlocks) {
       EXPECT_TRUE(out[0] == Delayed(ramp, delays[i]) && out[1] == Delayed(negated, delays[i]))
           << "latency " << latencies[i] << " block " << block;
     }
-  }
 }
 
 // The audio path must not touch the heap, whatever the block size up to the configured one.
@@ -76,33 +73,30 @@ TEST(RealTime, ProcessingAndBypassAllocateNothing) {
 }
 
 struct RecordingGraphics : IGraphics {
-  explicit RecordingGraphics(std::string* calls) : calls(calls) {}
-  ~RecordingGraphics() override { *calls += "deleted"; }
+  static inline std::string calls;
+  ~RecordingGraphics() override { calls += "deleted"; }
   void SetParameterFromPlug(int idx, double value, bool normalized) override {
-    *calls += std::to_string(idx) + (normalized ? "n" : "p") + std::to_string(value) + ",";
+    calls += std::to_string(idx) + (normalized ? "n" : "p") + std::to_string(value) + ",";
   }
-  void PrepDraw() override { *calls += "prep,"; }
-  std::string* calls;
+  void PrepDraw() override { calls += "prep,"; }
 };
 
 // The editor gets normalised values, then prepares; redraws and automation send plain values;
 // edits set normalised values, then notify; stray indices are ignored; the plug-in owns it.
 TEST(EditorLink, ValuesFlowBetweenEditorHostAndEffect) {
-  std::string calls;
   {
     TestPlug plug("1-1", 2, 0);
     plug.GetParam(1)->Set(5.0);
     plug.AttachGraphics(nullptr);
-    plug.AttachGraphics(new RecordingGraphics(&calls));
+    plug.AttachGraphics(new RecordingGraphics);
     plug.RedrawParamControls();
-    plug.SetParameter(0, 30.0);
-    plug.SetParameter(1, 1.234);  // clamped, never rounded to the step
+    plug.SetParameter(0, 30.0), plug.SetParameter(1, 1.234);  // 1.234 is kept: clamped, not stepped
     plug.SetParameterFromGUI(0, 0.25);
     for (int stray : {2, -1}) plug.SetParameterFromGUI(stray, 0.5), plug.SetParameter(stray, 1.0);
     EXPECT_EQ(plug.Values(), (std::vector<double>{-5.0, 1.234}));
     EXPECT_EQ(plug.changes, (std::vector<int>{0, 1, 0}));
   }
-  EXPECT_EQ(calls,
+  EXPECT_EQ(RecordingGraphics::calls,
             "0n0.500000,1n0.750000,prep,0p0.000000,1p5.000000,0p30.000000,1p1.234000,deleted");
 }
 

@@ -16,16 +16,15 @@ struct EightPlug : TestPlug {
   ByteChunk state;
 };
 
-// The state: plain values as little-endian binary64s in index order. A damaged one applies what
-// it holds, 0.0 (clamped) where it ends, never rounds, and always notifies every parameter.
-TEST(State, LayoutAndRestoreOfDamagedStates) {
-  EightPlug plug;
+// The state: plain little-endian binary64s in index order; a damaged one applies what it holds,
+// 0.0 (clamped) where it ends, never rounds, notifies all. Equal: within 1e-5 in single precision.
+// The default preset fills free slots ("Empty" if unnamed, surplus ignored); pruning drops others.
+TEST(State, LayoutRestoreComparisonAndPresets) {
+  EightPlug plug, full, unused;
   EXPECT_TRUE(plug.SerializeState(&plug.state) && plug.SerializeState(&plug.state));
   const unsigned char zeroOne[16] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xF0, 0x3F};
-  const unsigned char three[8] = {0, 0, 0, 0, 0, 0, 0x08, 0x40};  // 1.5 x 2
   ASSERT_EQ(plug.state.Size(), 128);
-  EXPECT_TRUE(!std::memcmp(plug.state.GetBytes() + 64, zeroOne, 16) &&
-              !std::memcmp(plug.state.GetBytes() + 120, three, 8));
+  EXPECT_EQ(std::memcmp(plug.state.GetBytes() + 64, zeroOne, 16), 0);  // appended: 0.0, 1.0
   using Case = std::tuple<Values, int, int, int, Values>;  // data, tail bytes, start, result
   for (const auto& [data, tail, start, result, expected] : std::vector<Case>{
            {{-1, -2, -3, -4, -5, -6, -7}, 4, 0, -1, {-1, -2, -3, -4, -5, -6, -7, 2}},
@@ -41,19 +40,12 @@ TEST(State, LayoutAndRestoreOfDamagedStates) {
     EXPECT_EQ(fresh.Values(), expected);
     EXPECT_EQ(fresh.changes, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
   }
-}
-
-// Stored states match within 1e-5 in single precision. The default preset fills free slots
-// ("Empty" when unnamed, surplus rounds ignored); pruning drops the unfilled ones.
-TEST(State, CompareStateAndPresets) {
-  EightPlug plug, full, unused;
   TestPlug one("1-1", 1, 0);
   one.GetParam(0)->Set(3.0);
   std::string equal;
-  for (Values stored : {Values{3}, {3.000001}, {3.00003}, {9, 3}}) {  // the start counts doubles
+  for (Values stored : {Values{3}, {3.000001}, {3.00003}, {9, 3}})  // the start counts doubles
     equal += std::to_string(
         one.CompareState(reinterpret_cast<unsigned char*>(stored.data()), stored.size() - 1));
-  }
   EXPECT_EQ(equal + plug.GetPreset(2)->mName + std::to_string(plug.GetPreset(2)->mInitialized),
             "1101empty0");
   plug.MakeDefaultPreset("-", 1);
@@ -66,7 +58,7 @@ TEST(State, CompareStateAndPresets) {
 }
 
 // Chunk reads return the next position, or -1 outside the used size; lists own their items.
-TEST(Containers, ChunkReadsListsAndStrings) {
+TEST(Containers, ChunkReadsListsStringsAndHeapGrowth) {
   ByteChunk chunk;
   double d = 42.0;
   unsigned char last = 0;
@@ -86,15 +78,11 @@ TEST(Containers, ChunkReadsListsAndStrings) {
   WDL_String s("Tarn");
   s.Append(" effect", 3);
   s.Append(" fx");
-  EXPECT_TRUE(alive.use_count() == 1 && chunk.Size() == 0 && std::string(s.Get()) == "Tarn ef fx");
+  const std::string appended = s.Get();
   s.Set("abc");
-  EXPECT_STREQ(s.Get(), "abc");
-}
-
-// Growth by hand: granularity >= 4096: g = max(granularity, size / 2) down to 4096s, step 4096
-// if g < 4096 else min(g, 4194304), allocation (step + size + 96) down to 4096s, - 96; else
-// size + max(granularity, size / 2). Kept unless under half and by over 4 x granularity.
-TEST(WDL_HeapBuf, GrowsAndShrinksByTheStepRule) {
+  EXPECT_TRUE(alive.use_count() == 1 && chunk.Size() == 0 && appended + s.Get() == "Tarn ef fxabc");
+  // gran>=4096: g = max(gran, size/2) down to 4096s, step max(4096, min(g, 4194304)), alloc (step +
+  // size + 96) down to 4096s - 96; else size + max(gran, size/2). Shrunk if < alloc/2, alloc-4gran.
   WDL_HeapBuf pages(4096), fine(128), floor(4096);
   floor.SetMinAllocSize(10000);
   std::string allocs;

@@ -23,9 +23,8 @@ struct TestPlug : IPlugOffline {
   void OnParamChange(int idx) override { IPlugOffline::OnParamChange(idx), changes.push_back(idx); }
   void ProcessDoubleReplacing(double** in, double** out, int n) override {
     if (scale == 0.0) return IPlugOffline::ProcessDoubleReplacing(in, out, n);
-    for (int c = 0; c < std::min(NInChannels(), NOutChannels()); ++c) {
+    for (int c = 0; c < std::min(NInChannels(), NOutChannels()); ++c)
       for (int s = 0; s < n; ++s) out[c][s] = in[c][s] * scale;
-    }
   }
   std::vector<double> Values() const {
     std::vector<double> v;

@@ -35,9 +35,7 @@ TEST(Threads, ParameterChangesNeverLandInsideABlockOrHeldLock) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
     EXPECT_EQ(plug.changes.size(), changes);
   }
-  stop = true;
-  audio.join();
-  editor.join();
+  stop = true, audio.join(), editor.join();
   WDL_MutexLock lock(&plug.GetMutex());
   EXPECT_FALSE(plug.torn);
 }
