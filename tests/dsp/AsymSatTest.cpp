@@ -1,17 +1,10 @@
 // The saturator, by its stated numbers at chosen settings and by what it does to signals.
-#include <gtest/gtest.h>
-
-#include <complex>
-#include <tuple>
 #include <type_traits>
 
 #include "DspTesting.h"
-#include "Signals.h"
 #include "dsp/AsymSat.h"
 
 namespace {
-
-constexpr double kTwoPi = 6.283185307179586;
 
 AsymSat Initialised(double fs, double driveDb, double tone, double drift, double asymmetry) {
   AsymSat sat;

@@ -1,9 +1,6 @@
 // Block processing gives every bit that frame-by-frame processing gives, with settings changing
 // inside blocks: the saturator, its four-lane section, and the whole effect.
-#include <gtest/gtest.h>
-
 #include "DspTesting.h"
-#include "Signals.h"
 #include "dsp/AsymSat.h"
 
 namespace {
@@ -15,7 +12,7 @@ double Source(int n, int c, bool broken) {
   if (broken && n == 2500 + 300 * c) return c == 0 ? HUGE_VAL : std::nan("");
   const int phase = n % 3001;
   if (phase < 700) return 2.5 * TestNoise(n + 31 * c);
-  return phase < 1900 ? 0.0 : 1.5 * std::sin(6.283185307179586 * 60.0 * n / kRate + c);
+  return phase < 1900 ? 0.0 : 1.5 * std::sin(kTwoPi * 60.0 * n / kRate + c);
 }
 
 // Runs `sat` over the source in place in blocks and returns left then right (mono blocks unless

@@ -1,10 +1,5 @@
 // The filter building blocks: biquad designs against their analogue prototypes, half-band, tone.
-#include <gtest/gtest.h>
-
-#include <complex>
-#include <tuple>
-
-#include "Signals.h"
+#include "DspTesting.h"
 #include "dsp/FilterLanes.h"
 #include "dsp/HalfBandFilter.h"
 #include "dsp/OnePoleStage.h"
@@ -12,13 +7,10 @@
 
 namespace {
 
-constexpr double kRate = 48000.0, kPi = 3.141592653589793;
-
 // A biquad designed at kRate from a type, corner, width, gain and bandwidth flag, run as a block.
 struct Section {
-  Section(int t, double f0, double w, double g, bool octaves)
-      : type(t), hz(f0), width(w), gainDb(g) {
-    f.setup(t, f0, kRate, w, g, octaves);
+  Section(int t, double f0, double w, double g, bool oct) : type(t), hz(f0), width(w), gainDb(g) {
+    f.setup(t, f0, kRate, w, g, oct);
   }
   double process(double x) { return f.filter(x); }
   int type;
@@ -26,26 +18,20 @@ struct Section {
   RBJ f;
 };
 
-// The analogue prototype of each design at s = j·tan(w/2)/tan(w0/2) (the bilinear transform
-// warped to meet at w0). A = 10^(gainDb/20): the designs move the level by twice their argument.
+// Each type's analogue prototype at s = j·tan(w/2)/tan(w0/2) (the bilinear map warped to meet at
+// w0). A = 10^(gainDb/20): the designs move the level by twice their argument.
 double PrototypeGain(const Section& c, double hz) {
-  const double A = std::pow(10.0, c.gainDb / 20.0), q = c.width, rA = std::sqrt(A);
-  const std::complex<double> s(0.0, std::tan(kPi * hz / kRate) / std::tan(kPi * c.hz / kRate));
-  const std::complex<double> s2 = s * s, sq = s / q, d = s2 + sq + 1.0, sh = rA * sq;
-  const std::complex<double> h[] = {1.0 / d,  // types 0 to 8 in order
-                                    s2 / d,
-                                    s / d,
-                                    sq / d,
-                                    (s2 + 1.0) / d,
-                                    (s2 - sq + 1.0) / d,
-                                    (s2 + sq * A + 1.0) / (s2 + sq / A + 1.0),
-                                    A * (s2 + sh + A) / (A * s2 + sh + 1.0),
-                                    A * (A * s2 + sh + 1.0) / (s2 + sh + A)};
-  return std::abs(h[c.type]);
+  const double A = std::pow(10.0, c.gainDb / 20.0), w = kTwoPi / 2 / kRate;
+  const std::complex<double> s(0.0, std::tan(w * hz) / std::tan(w * c.hz));
+  const auto s2 = s * s, sq = s / c.width, d = s2 + sq + 1.0, sh = std::sqrt(A) * sq;
+  const auto u = s2 + sh + A, v = A * s2 + sh + 1.0, p = s2 + sq / A + 1.0;    // shelves mirrored
+  const std::complex<double> n[] = {1.0, s2, s, sq, s2 + 1.0, s2 - sq + 1.0};  // over d
+  const std::complex<double> h[] = {(s2 + A * sq + 1.0) / p, A * u / v, A * v / u};
+  return std::abs(c.type < 6 ? n[c.type] / d : h[c.type - 6]);
 }
 
 double SineGain(const Section& s, double hz) {
-  return MeasuredGain<Section>([&] { return s; }, 2.0 * kPi * hz / kRate, 40000);
+  return MeasuredGain<Section>([&] { return s; }, kTwoPi * hz / kRate, 40000);
 }
 
 // Where the measured response falls to `level` from the centre `from` towards `to`, by bisection.
@@ -115,7 +101,7 @@ TEST(HalfBandFilter, StatedImpulseAndAQuarterRateCutoff) {
   EXPECT_EQ(f.process(1.0), 0.0018675060322128473);  // half the product of path A
   EXPECT_EQ(f.process(0.0), 0.015127691037798081);   // path B joins
   auto fresh = [] { return HalfBandFilter(); };
-  auto db = [&](double c) { return ToDb(MeasuredGain<HalfBandFilter>(fresh, 2 * kPi * c, 20000)); };
+  auto db = [&](double c) { return ToDb(MeasuredGain<HalfBandFilter>(fresh, kTwoPi * c, 20000)); };
   for (double c : {0.02, 0.12, 0.22, 0.24}) EXPECT_NEAR(db(c), 0.0, 1e-6) << c;
   EXPECT_NEAR(db(0.25), -3.0103, 1e-3);
   for (double c : {0.26, 0.33, 0.45}) EXPECT_LT(db(c), -100.0) << c;

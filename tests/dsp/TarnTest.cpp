@@ -1,8 +1,4 @@
-// The effect as a host sees it: parameters and identity, then each stage of the processor. Every
-// run also checks that processing allocates nothing (Host::Run).
-#include <gtest/gtest.h>
-
-#include <cmath>
+// The effect as a host sees it; every Host::Run also checks that no block allocates.
 #include <cstdio>
 #include <cstring>
 #include <sstream>
@@ -19,10 +15,9 @@ constexpr double kFade = 1.0001;  // the fade rests at 1.0001 after Reset
 Signal Constant(int channels, int n, float v) { return Signal(channels, std::vector<float>(n, v)); }
 
 Signal Sine(int channels, int n, double freq, double amp) {
-  Signal s(channels, std::vector<float>(n));
-  for (auto& ch : s)
-    for (int i = 0; i < n; ++i) ch[i] = float(amp * std::sin(6.283185307179586 * freq * i / kRate));
-  return s;
+  std::vector<float> s(n);
+  for (int i = 0; i < n; ++i) s[i] = float(amp * std::sin(kTwoPi * freq * i / kRate));
+  return Signal(channels, s);
 }
 
 struct RecordingGraphics : IGraphics {
@@ -75,19 +70,16 @@ TEST(TarnParams, TableIdentityAndDefaultPreset) {
 // Bypassed silence leaves the floor: noise at 10^((0.1·trim - 90)/20) through the drive's 850 Hz
 // shelf; from construction the fade rises 0.0001 per frame on input and output, ±20 clamp between.
 TEST(TarnProcessor, NoiseFloorFadeAndClamp) {
-  for (double drive : {0.0, 10.0}) {
+  for (auto [drive, trim] : {std::pair(0.0, 0.0), std::pair(10.0, 20.0)}) {
     RBJ shelf{};
     shelf.setup(8, 850.0, kRate, 0.2, (6.0 * drive - 40.0) * 0.25 - 14.0, true);
-    const Signal quiet = Host(2).Set(kBypass, 1).Set(kDrive, drive).Run(Constant(2, 4800, 0));
-    const Signal trimmed =
-        Host(2).Set(kBypass, 1).Set(kDrive, drive).Set(kInputTrim, 20).Run(Constant(2, 4800, 0));
-    for (int n = 0, seed = 0; n < 3; ++n) {  // the first draws through the shelf
+    const Signal quiet =
+        Host(2).Set(kBypass, 1).Set(kDrive, drive).Set(kInputTrim, trim).Run(Constant(2, 64, 0));
+    for (int n = 0, seed = 0; n < 64; ++n) {  // the draws through the shelf
       seed = (3877 * seed + 29573) % 139968;
-      const double y = shelf.filter((1.0 - 2.0 * seed / 139968) * std::pow(10.0, -4.5)) * kFade;
-      EXPECT_FLOAT_EQ(quiet[0][n], y) << n;
+      const double u = (1.0 - 2.0 * seed / 139968) * std::pow(10.0, (0.1 * trim - 90.0) / 20.0);
+      EXPECT_FLOAT_EQ(quiet[0][n], shelf.filter(u) * kFade) << n;
     }
-    for (int n = 0; n < 4800; ++n)
-      ASSERT_NEAR(trimmed[0][n] / quiet[0][n], std::pow(10, 0.1), 1e-5);
   }
   auto run = [](const Signal& in) { return Host(2, false).Set(kBypass, 1).Run(in); };
   const Signal floor = run(Constant(2, 12000, 0)), half = run(Constant(2, 12000, 0.5f)),
@@ -103,26 +95,23 @@ TEST(TarnProcessor, NoiseFloorFadeAndClamp) {
 // "Output Compensation" scales the wet signal with a fixed -1.2 dB; bypass drops the wet share
 // by 0.99 per frame (against a never-bypassed twin) and keeps "Input Trim" on the dry path.
 TEST(TarnProcessor, BypassRampTrimAndOutputGain) {
+  const double plus6 = std::pow(10, 0.3);  // +6 dB of trim on every run, and of compensation
   const Signal in = Sine(2, 6000, 220.0, 0.3),
-               floor = Host(2).Set(kBypass, 1).Run(Constant(2, 6000, 0));
-  const Signal plain = Host(2).Run(in), zero = Host(2).Set(kOutputComp, 0).Run(in),
-               six = Host(2).Set(kOutputComp, 6).Run(in),
-               trimmed = Host(2).Set(kInputTrim, 6).Set(kBypass, 1).Run(in);
+               floor = Host(2).Set(kBypass, 1).Set(kInputTrim, 6).Run(Constant(2, 6000, 0));
+  const Signal plain = Host(2).Set(kInputTrim, 6).Run(in),
+               six = Host(2).Set(kInputTrim, 6).Set(kOutputComp, 6).Run(in);
   Host switched(2);
-  const Signal b = switched.Run(in, 512, 4800, [&](int k) { switched.Set(kBypass, k); });
+  const Signal b =
+      switched.Run(in, 512, 4800, [&](int k) { switched.Set(kInputTrim, 6).Set(kBypass, k); });
   for (int n = 2000; n < 6000; ++n) {
-    const double dry = in[0][n] * kFade, wet = (plain[0][n] - floor[0][n]) / kFade;
+    const double dry = in[0][n] * plus6 * kFade, wet = (plain[0][n] - floor[0][n]) / kFade;
     if (std::fabs(wet) > 1e-2 && n < 4800) {
-      ASSERT_NEAR((zero[0][n] - floor[0][n]) / kFade / wet, 0.870963589956083, 2e-4) << n;
-      ASSERT_NEAR((six[0][n] - floor[0][n]) / (zero[0][n] - floor[0][n]), std::pow(10, 0.3), 2e-4);
+      ASSERT_NEAR((six[0][n] - floor[0][n]) / kFade / wet, 0.870963589956083 * plus6, 4e-4) << n;
     }
     if (n < 4800 || std::fabs(wet - dry) < 0.05) continue;
     const double mix = ((b[0][n] - floor[0][n]) / kFade - dry) / (wet - dry);
     ASSERT_NEAR(mix, std::pow(0.99, n - 4799), 1e-4) << n;
   }
-  for (int n = 0; n < 100; ++n)
-    ASSERT_NEAR(trimmed[0][n] - floor[0][n] * std::pow(10, 0.03),
-                in[0][n] * std::pow(10, 6 / 20.0) * kFade * kFade, 1e-6);
 }
 
 // Mono is the stereo chain's left side: equal inputs give it on both sides with the crosstalk
