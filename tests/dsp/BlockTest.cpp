@@ -1,5 +1,3 @@
-// Block processing gives every bit that frame-by-frame processing gives, with settings changing
-// inside blocks: the saturator, its four-lane section, and the whole effect.
 #include "DspTesting.h"
 #include "dsp/AsymSat.h"
 

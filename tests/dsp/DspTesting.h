@@ -48,7 +48,6 @@ struct Host {
   int nCh;
 };
 
-inline void ExpectNear(const std::vector<double>& got, const std::vector<double>& want,
-                       double tolerance) {
+inline void ExpectNear(std::vector<double> got, std::vector<double> want, double tolerance) {
   for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], want[i], tolerance) << "#" << i;
 }

@@ -1,4 +1,3 @@
-// The filter building blocks: biquad designs against their analogue prototypes, half-band, tone.
 #include "DspTesting.h"
 #include "dsp/FilterLanes.h"
 #include "dsp/HalfBandFilter.h"
@@ -36,10 +35,8 @@ double SineGain(const Section& s, double hz) {
 
 // Where the measured response falls to `level` from the centre `from` towards `to`, by bisection.
 double Crossing(const Section& f, double level, double from, double to) {
-  for (int i = 0; i < 40; ++i) {
-    const double mid = std::sqrt(from * to);
-    (SineGain(f, mid) > level ? from : to) = mid;
-  }
+  for (int i = 0; i < 40; ++i)
+    (SineGain(f, std::sqrt(from * to)) > level ? from : to) = std::sqrt(from * to);
   return from;
 }
 
