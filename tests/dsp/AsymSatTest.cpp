@@ -1,27 +1,24 @@
-// The saturator, by its stated numbers at chosen settings and by what it does to signals.
 #include <type_traits>
 
 #include "DspTesting.h"
 #include "dsp/AsymSat.h"
 
-namespace {
-
-AsymSat Initialised(double fs, double driveDb, double tone, double drift, double asymmetry) {
+static AsymSat Initialised(double fs, double driveDb, double tone, double drift, double asymmetry) {
   AsymSat sat;
   sat.init_all(fs, driveDb, tone, drift, asymmetry);
   return sat;
 }
 
 // The analogue corner a tone stage was designed for, recovered from b = w/(3·fs + w).
-double CornerHz(const OnePoleStage& s, double fs) { return 3.0 * fs * s.b / (1.0 - s.b) / kTwoPi; }
+static double CornerHz(const OnePoleStage& s, double fs) {
+  return 3.0 * fs * s.b / (1.0 - s.b) / kTwoPi;
+}
 
 // A biquad's level at hz, from its coefficients.
-double GainDb(const RBJ& f, double hz, double fs) {
+static double GainDb(const RBJ& f, double hz, double fs) {
   const std::complex<double> z = std::polar(1.0, -kTwoPi * hz / fs);
   return ToDb(std::abs((f.b0 + f.b1 * z + f.b2 * z * z) / (1.0 + f.a1 * z + f.a2 * z * z)));
 }
-
-}  // namespace
 
 static_assert(std::is_trivially_destructible_v<AsymSat>, "the effect destroys its saturator twice");
 
@@ -55,14 +52,15 @@ TEST(AsymSat, ToneStagesAndShelvesFollowTheControls) {
   const double fs = kRate;
   const AsymSat dark = Initialised(fs, 0.0, -10.0, 0.2, 0.5),
                 bright = Initialised(fs, 0.0, 8.0, 0.2, 0.5);
-  ExpectNear({CornerHz(dark.tone[0], fs), CornerHz(bright.tone[0], fs),
-              CornerHz(bright.tone[2], fs), CornerHz(bright.tone[5], fs)},
-             {12000.0 - 6000.0 * std::pow(0.5, 0.3), 12000.0, 10000.0, 14000.0}, 1e-9);
   // Shelves at Nyquist and half that at their corners; the 56 Hz bump at drive 0 is 2·(-0.2 + v).
-  ExpectNear({GainDb(bright.eq[0], fs / 2, fs), GainDb(bright.eq[0], 2374.0, fs),
+  ExpectNear({CornerHz(dark.tone[0], fs), CornerHz(bright.tone[0], fs),
+              CornerHz(bright.tone[2], fs), CornerHz(bright.tone[5], fs),
+              GainDb(bright.eq[0], fs / 2, fs), GainDb(bright.eq[0], 2374.0, fs),
               GainDb(bright.eq[2], fs / 2, fs), GainDb(bright.eq[2], 3374.0, fs),
               GainDb(dark.eq[6], 56.0, fs), GainDb(bright.eq[6], 56.0, fs)},
-             {8.0, 4.0, -8.0, -4.0, 0.6, 0.4}, 1e-9);
+             {12000.0 - 6000.0 * std::pow(0.5, 0.3), 12000.0, 10000.0, 14000.0, 8.0, 4.0, -8.0,
+              -4.0, 0.6, 0.4},
+             1e-9);
   ExpectNear({bright.tone[2].g, dark.tone[2].g, Initialised(fs, -40.0, 0.0, 0.2, 1.0).tone[4].g,
               Initialised(fs, 0.0, 0.0, 0.2, 0.0).tone[5].g,
               (1.0 - bright.tone[0].a) / 2.0 - bright.tone[0].b},
@@ -91,9 +89,9 @@ TEST(AsymSat, GainComputerGlideAndLinkedDetector) {
   AsymSat sat = Initialised(44100.0, 12.0, 0.0, 0.0, 0.5);
   const double in = 0.01, noise = 1.0 + 2 * 29573 * -1.0 / 139968;
   sat.process_Stereo(in, in);
-  EXPECT_NEAR(sat.gainSmoothed / ((1.0 - 0.999) * std::pow(10.0, 12.0 / 20.0)), 1.0, 1e-13);
-  EXPECT_NEAR(sat.workL / (4.0 * sat.eq[0].b0 * (sat.gainSmoothed * in + 1e-11 * noise)),
-              25 / std::sqrt(626.0), 1e-14);
+  ExpectNear({sat.gainSmoothed / ((1.0 - 0.999) * std::pow(10.0, 12.0 / 20.0)),
+              sat.workL / (4.0 * sat.eq[0].b0 * (sat.gainSmoothed * in + 1e-11 * noise))},
+             {1.0, 25 / std::sqrt(626.0)}, 1e-13);
   for (int n = 2; n <= 3000; ++n) sat.process_Stereo(0.1, -0.1);
   EXPECT_NEAR(sat.gainSmoothed / sat.gainTarget, 1.0 - std::pow(0.999, 3000), 1e-9);
   EXPECT_EQ(sat.outScale, 0.28061551207734 / sat.gainSmoothed);
@@ -106,7 +104,7 @@ TEST(AsymSat, GainComputerGlideAndLinkedDetector) {
     if (n > 40000) loudPeak = std::fmax(loudPeak, std::fabs(loud.detFeedback));
   }
   EXPECT_GT(8.685889638065037 * std::log(loud.detEnv) + 122.0, 0.0);
-  EXPECT_LT(loudPeak, 0.25);
+  EXPECT_LT(loudPeak, 0.2);
   EXPECT_GT(rightEffect, 1e-3);
 }
 

@@ -1,12 +1,10 @@
 #include "DspTesting.h"
 #include "dsp/AsymSat.h"
 
-namespace {
-
 const int kBlockSizes[] = {1, 7, 64, 512, 4096};
 
 // Loud noise bursts, silence of uneven length, a low sine; `broken` adds an infinity and a NaN.
-double Source(int n, int c, bool broken) {
+static double Source(int n, int c, bool broken) {
   if (broken && n == 2500 + 300 * c) return c == 0 ? HUGE_VAL : std::nan("");
   const int phase = n % 3001;
   if (phase < 700) return 2.5 * TestNoise(n + 31 * c);
@@ -16,7 +14,8 @@ double Source(int n, int c, bool broken) {
 // Runs `sat` over the source in place in blocks and returns left then right (mono blocks unless
 // `stereo`). Settings change every 1000 frames, splitting blocks as a host would; blocks of one
 // frame are what process_Stereo and process_Mono run.
-std::vector<double> RunBlocks(AsymSat& sat, bool broken, int frames, int block, bool stereo) {
+static std::vector<double> RunBlocks(AsymSat& sat, bool broken, int frames, int block,
+                                     bool stereo) {
   const double settings[4][4] = {
       {6, 3, 0.3, 0.5}, {20, -10, 0.4, 1}, {-40, 10, 0, 0}, {12, 0, 0.2, 0.7}};
   std::vector<double> lr(2 * frames);
@@ -33,12 +32,10 @@ std::vector<double> RunBlocks(AsymSat& sat, bool broken, int frames, int block, 
 }
 
 // Same bits, or NaN on both sides (which NaN an instruction passes on depends on operand order).
-void ExpectSame(const std::vector<double>& a, const std::vector<double>& b) {
+static void ExpectSame(const std::vector<double>& a, const std::vector<double>& b) {
   for (std::size_t i = 0; i < a.size(); ++i)
     ASSERT_TRUE(SameBits(a[i], b[i]) || (std::isnan(a[i]) && std::isnan(b[i]))) << i;
 }
-
-}  // namespace
 
 // Blocks of every size, run in place, equal frames of the two-lane section (stereo blocks take
 // the four-lane one where the processor has it), also on hostile input, and leave the same state.
@@ -64,18 +61,8 @@ TEST(TarnBlock, EveryBlockSizeEqualsSingleFrames) {
   Signal in(2, std::vector<float>(9000));
   for (int n = 0; n < 9000; ++n)
     in[0][n] = float(Source(n, 0, false)), in[1][n] = float(Source(n, 1, false));
-  auto render = [&](int channels, int block) {
-    Host host(channels);
-    Signal out = host.Run(in, block, 1500, [&](int step) {
-      host.Set(kDrive, 2.0 + 2.5 * (step % 4)).Set(kInputTrim, -6.0 + 4.0 * (step % 3));
-      host.Set(kFreqResponse, step % 2 == 0 ? 4.0 : -7.0).Set(kBypass, step == 3);
-      host.Set(kCrosstalk, step % 3 == 0 ? -120.0 : -65.0);
-    });
-    out.push_back({float(host.effect().GetNeedle())});
-    return out;
-  };
   for (int channels : {1, 2}) {
-    const Signal single = render(channels, 1);
-    for (int block : kBlockSizes) EXPECT_EQ(render(channels, block), single) << block;
+    const Signal single = Automated(in, channels, 1, -65.0);
+    for (int block : kBlockSizes) EXPECT_EQ(Automated(in, channels, block, -65.0), single) << block;
   }
 }

@@ -19,8 +19,7 @@ using Signal = std::vector<std::vector<float>>;
 // One instance driven as an offline host drives it.
 struct Host {
   explicit Host(int channels, bool reset = true) : plug(MakePlug()), nCh(channels) {
-    plug->SetIO(channels, channels);
-    plug->SetSampleRate(kRate);
+    plug->SetIO(channels, channels), plug->SetSampleRate(kRate);
     if (reset) plug->Reset();
   }
   Host& Set(int idx, double value) { return plug->SetParameter(idx, value), *this; }
@@ -47,6 +46,18 @@ struct Host {
   std::unique_ptr<IPlugAdaptor> plug;
   int nCh;
 };
+
+// `in` rendered with every control moving each 1500 frames, the crosstalk switching between off
+// and xt; the needle's last value follows as one more channel of one frame.
+inline Signal Automated(const Signal& in, int channels, int block, double xt) {
+  Host host(channels);
+  Signal out = host.Run(in, block, 1500, [&](int k) {
+    host.Set(kDrive, 2.0 + 2.5 * (k % 4)).Set(kInputTrim, 4.0 * (k % 3) - 6).Set(kAsymmetry, 2 * k);
+    host.Set(kFreqResponse, k % 2 ? -7 : 4).Set(kBypass, k == 3).Set(kCrosstalk, k % 3 ? xt : -120);
+  });
+  out.push_back({float(host.effect().GetNeedle())});
+  return out;
+}
 
 inline void ExpectNear(std::vector<double> got, std::vector<double> want, double tolerance) {
   for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], want[i], tolerance) << "#" << i;
