@@ -1,7 +1,6 @@
 #include <type_traits>
 
 #include "DspTesting.h"
-#include "dsp/AsymSat.h"
 
 static AsymSat Initialised(double fs, double driveDb, double tone, double drift, double asymmetry) {
   AsymSat sat;

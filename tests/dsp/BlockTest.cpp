@@ -1,5 +1,4 @@
 #include "DspTesting.h"
-#include "dsp/AsymSat.h"
 
 const int kBlockSizes[] = {1, 7, 64, 512, 4096};
 
@@ -55,8 +54,7 @@ TEST(AsymSatBlock, BlocksEqualFramesAndLeaveTheSameState) {
   for (int n = 0; n < 100; ++n) ASSERT_TRUE(SameBits(out[n], frames.process_Mono(0.3)));
 }
 
-// The whole effect, mono and stereo: every block size gives the single-frame render, with every
-// parameter changing inside blocks.
+// The whole effect, mono and stereo, every control moving: each block size gives single frames.
 TEST(TarnBlock, EveryBlockSizeEqualsSingleFrames) {
   Signal in(2, std::vector<float>(9000));
   for (int n = 0; n < 9000; ++n)

@@ -1,5 +1,6 @@
 #pragma once
 // Helpers of the dsp tests: an instance run through the host float path, and tables of checks.
+// Tarn.h brings in every dsp header the tests use.
 #include <gtest/gtest.h>
 
 #include <algorithm>

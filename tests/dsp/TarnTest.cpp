@@ -4,7 +4,6 @@
 #include <string>
 
 #include "DspTesting.h"
-#include "dsp/SystemRand.h"
 #include "editor/IGraphics.h"
 
 namespace {
