@@ -116,9 +116,8 @@ TEST(AsymSat, DriftFollowsItsOwnRandomSequence) {
   for (int n = 0; n < 48000; ++n) {
     if (std::fabs(sat.drift[0].value - target) <= 0.1) target = ((expected.next() % 4) + 1) * 0.25;
     sat.process_Stereo(0.2, 0.2), still.process_Stereo(std::sin(n * 0.01), 0.0);
-    ASSERT_EQ(std::tuple(sat.drift[0].target, sat.driftGainR, still.driftGainL),
-              std::tuple(target, sat.drift[0].value * sat.driftDepth + 1.0, 1.0))
-        << n;
+    ASSERT_EQ(std::tuple(n, sat.drift[0].target, sat.driftGainR, still.driftGainL),
+              std::tuple(n, target, sat.drift[0].value * sat.driftDepth + 1.0, 1.0));
   }
   DriftGenerator broken{4, 0.25, 0.5, 0.5, std::nan(""), 0.75};
   broken.advance(expected);

@@ -1,6 +1,5 @@
 #pragma once
-// Helpers of the dsp tests: an instance run through the host float path, and tables of checks.
-// Tarn.h brings in every dsp header the tests use.
+// Helpers of the dsp tests (Tarn.h brings in every dsp header): host runs and tables of checks.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -39,8 +39,7 @@ std::string Describe(const IParam* p) {
 // The eight parameters (kinds: 4 double, 3 enumeration, 1 boolean), the identity and channel
 // layouts, and the one preset "-" holding the defaults as little-endian doubles.
 TEST(TarnParams, TableIdentityAndDefaultPreset) {
-  const std::unique_ptr<IPlugAdaptor> owned(MakePlug());
-  IPlugAdaptor& plug = *owned;
+  const std::unique_ptr<IPlugAdaptor> plug(MakePlug());
   const char* expected[] = {"Input Trim|4|0|-20|20|0.1|1|dB||0.0,1.0,2.0",
                             "Drive|4|0|0|10|0.01|1|||0.00,1.00,2.00",
                             "Output Compensation|4|0|-20|20|0.1|1|dB||0.0,1.0,2.0",
@@ -49,19 +48,19 @@ TEST(TarnParams, TableIdentityAndDefaultPreset) {
                             "Crosstalk Level|4|-90|-120|-60|0.1|1|dB||0.0,1.0,2.0",
                             "VU Mode|3|0|0|2|1|1|||Input,RMS Difference Out-In,Output",
                             "Bypass|1|0|0|1|1|1|||off,on,2"};
-  for (int i = 0; i < 8; ++i) EXPECT_EQ(Describe(plug.GetParam(i)), expected[i]);
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(Describe(plug->GetParam(i)), expected[i]);
   int in1, out1, in2, out2;
-  plug.GetChannelIO(0, &in1, &out1), plug.GetChannelIO(1, &in2, &out2);
+  plug->GetChannelIO(0, &in1, &out1), plug->GetChannelIO(1, &in2, &out2);
   std::ostringstream identity;
-  identity << plug.GetEffectName() << '|' << plug.GetProductName() << '|' << plug.GetMfrName()
-           << '|' << plug.GetEffectVersion(false) << std::hex << '|' << plug.GetUniqueID() << '|'
-           << plug.GetMfrID() << std::dec << '|' << plug.GetLatency() << '|'
-           << plug.DoesStateChunks() << plug.IsInst() << plug.DoesMidi() << '|' << plug.NChannelIO()
-           << ':' << in1 << out1 << in2 << out2 << '|' << plug.NPresets() << '|'
-           << plug.GetPreset(0)->mName << '|' << plug.GetPreset(0)->mChunk.Size();
+  identity << plug->GetEffectName() << '|' << plug->GetProductName() << '|' << plug->GetMfrName()
+           << '|' << plug->GetEffectVersion(false) << std::hex << '|' << plug->GetUniqueID() << '|'
+           << plug->GetMfrID() << std::dec << '|' << plug->GetLatency() << '|'
+           << plug->DoesStateChunks() << plug->IsInst() << plug->DoesMidi() << '|'
+           << plug->NChannelIO() << ':' << in1 << out1 << in2 << out2 << '|' << plug->NPresets()
+           << '|' << plug->GetPreset(0)->mName << '|' << plug->GetPreset(0)->mChunk.Size();
   ASSERT_EQ(identity.str(), "Tarn||Tessmoral|65536|5461726e|54734d72|6|000|2:1122|1|-|64");
   const double defaults[8] = {0, 0, 0, 5, 0, -90, 0, 0};
-  EXPECT_EQ(std::memcmp(plug.GetPreset(0)->mChunk.GetBytes(), defaults, 64), 0);
+  EXPECT_EQ(std::memcmp(plug->GetPreset(0)->mChunk.GetBytes(), defaults, 64), 0);
 }
 
 // Bypassed silence leaves the floor: noise at 10^((0.1·trim - 90)/20) through the drive's 850 Hz
@@ -72,8 +71,7 @@ TEST(TarnProcessor, NoiseFloorFadeAndClamp) {
     shelf.setup(8, 850.0, kRate, 0.2, (6.0 * drive - 40.0) * 0.25 - 14.0, true);
     const Signal quiet =
         Host(2).Set(kBypass, 1).Set(kDrive, drive).Set(kInputTrim, trim).Run(Constant(2, 64, 0));
-    for (int n = 0, seed = 0; n < 64; ++n) {  // the draws through the shelf
-      seed = (3877 * seed + 29573) % 139968;
+    for (int n = 0, seed = 29573; n < 64; ++n, seed = (3877 * seed + 29573) % 139968) {
       const double u = (1.0 - 2.0 * seed / 139968) * std::pow(10.0, (0.1 * trim - 90.0) / 20.0);
       EXPECT_FLOAT_EQ(quiet[0][n], shelf.filter(u) * kFade) << n;
     }
@@ -97,9 +95,8 @@ TEST(TarnProcessor, BypassRampTrimAndOutputGain) {
                floor = Host(2).Set(kBypass, 1).Set(kInputTrim, 6).Run(Constant(2, 6000, 0));
   const Signal plain = Host(2).Set(kInputTrim, 6).Run(in),
                six = Host(2).Set(kInputTrim, 6).Set(kOutputComp, 6).Run(in);
-  Host switched(2);
-  const Signal b =
-      switched.Run(in, 512, 4800, [&](int k) { switched.Set(kInputTrim, 6).Set(kBypass, k); });
+  Host host(2);  // bypassed from frame 4800 on
+  const auto b = host.Run(in, 512, 4800, [&](int k) { host.Set(kInputTrim, 6).Set(kBypass, k); });
   for (int n = 2000; n < 6000; ++n) {
     const double dry = in[0][n] * plus6 * kFade, wet = (plain[0][n] - floor[0][n]) / kFade;
     if (std::fabs(wet) > 1e-2 && n < 4800) {
