@@ -1,34 +1,23 @@
-// The saturator, by its stated numbers at chosen settings and by what it does to signals.
-#include <gtest/gtest.h>
-
-#include <complex>
-#include <tuple>
 #include <type_traits>
 
 #include "DspTesting.h"
-#include "Signals.h"
-#include "dsp/AsymSat.h"
 
-namespace {
-
-constexpr double kTwoPi = 6.283185307179586;
-
-AsymSat Initialised(double fs, double driveDb, double tone, double drift, double asymmetry) {
+static AsymSat Initialised(double fs, double driveDb, double tone, double drift, double asymmetry) {
   AsymSat sat;
   sat.init_all(fs, driveDb, tone, drift, asymmetry);
   return sat;
 }
 
 // The analogue corner a tone stage was designed for, recovered from b = w/(3·fs + w).
-double CornerHz(const OnePoleStage& s, double fs) { return 3.0 * fs * s.b / (1.0 - s.b) / kTwoPi; }
+static double CornerHz(const OnePoleStage& s, double fs) {
+  return 3.0 * fs * s.b / (1.0 - s.b) / kTwoPi;
+}
 
 // A biquad's level at hz, from its coefficients.
-double GainDb(const RBJ& f, double hz, double fs) {
+static double GainDb(const RBJ& f, double hz, double fs) {
   const std::complex<double> z = std::polar(1.0, -kTwoPi * hz / fs);
   return ToDb(std::abs((f.b0 + f.b1 * z + f.b2 * z * z) / (1.0 + f.a1 * z + f.a2 * z * z)));
 }
-
-}  // namespace
 
 static_assert(std::is_trivially_destructible_v<AsymSat>, "the effect destroys its saturator twice");
 
@@ -57,19 +46,20 @@ TEST(AsymSat, ConstructedAndInitialisedConstants) {
 }
 
 // Low-pass at 12 kHz for T >= 0 and 12000 - 6000·0.5^0.3 Hz at -10, emphasis ±T dB, the 10 kHz
-// and 14 kHz boosts; right-channel twins are pinned by the mono/stereo test below.
+// and 14 kHz boosts; the effect's mono/stereo test pins the right-channel twins.
 TEST(AsymSat, ToneStagesAndShelvesFollowTheControls) {
   const double fs = kRate;
   const AsymSat dark = Initialised(fs, 0.0, -10.0, 0.2, 0.5),
                 bright = Initialised(fs, 0.0, 8.0, 0.2, 0.5);
-  ExpectNear({CornerHz(dark.tone[0], fs), CornerHz(bright.tone[0], fs),
-              CornerHz(bright.tone[2], fs), CornerHz(bright.tone[5], fs)},
-             {12000.0 - 6000.0 * std::pow(0.5, 0.3), 12000.0, 10000.0, 14000.0}, 1e-9);
   // Shelves at Nyquist and half that at their corners; the 56 Hz bump at drive 0 is 2·(-0.2 + v).
-  ExpectNear({GainDb(bright.eq[0], fs / 2, fs), GainDb(bright.eq[0], 2374.0, fs),
+  ExpectNear({CornerHz(dark.tone[0], fs), CornerHz(bright.tone[0], fs),
+              CornerHz(bright.tone[2], fs), CornerHz(bright.tone[5], fs),
+              GainDb(bright.eq[0], fs / 2, fs), GainDb(bright.eq[0], 2374.0, fs),
               GainDb(bright.eq[2], fs / 2, fs), GainDb(bright.eq[2], 3374.0, fs),
               GainDb(dark.eq[6], 56.0, fs), GainDb(bright.eq[6], 56.0, fs)},
-             {8.0, 4.0, -8.0, -4.0, 0.6, 0.4}, 1e-9);
+             {12000.0 - 6000.0 * std::pow(0.5, 0.3), 12000.0, 10000.0, 14000.0, 8.0, 4.0, -8.0,
+              -4.0, 0.6, 0.4},
+             1e-9);
   ExpectNear({bright.tone[2].g, dark.tone[2].g, Initialised(fs, -40.0, 0.0, 0.2, 1.0).tone[4].g,
               Initialised(fs, 0.0, 0.0, 0.2, 0.0).tone[5].g,
               (1.0 - bright.tone[0].a) / 2.0 - bright.tone[0].b},
@@ -98,26 +88,22 @@ TEST(AsymSat, GainComputerGlideAndLinkedDetector) {
   AsymSat sat = Initialised(44100.0, 12.0, 0.0, 0.0, 0.5);
   const double in = 0.01, noise = 1.0 + 2 * 29573 * -1.0 / 139968;
   sat.process_Stereo(in, in);
-  EXPECT_NEAR(sat.gainSmoothed / ((1.0 - 0.999) * std::pow(10.0, 12.0 / 20.0)), 1.0, 1e-13);
-  EXPECT_NEAR(sat.workL / (4.0 * sat.eq[0].b0 * (sat.gainSmoothed * in + 1e-11 * noise)),
-              25 / std::sqrt(626.0), 1e-14);
+  ExpectNear({sat.gainSmoothed / ((1.0 - 0.999) * std::pow(10.0, 12.0 / 20.0)),
+              sat.workL / (4.0 * sat.eq[0].b0 * (sat.gainSmoothed * in + 1e-11 * noise))},
+             {1.0, 25 / std::sqrt(626.0)}, 1e-13);
   for (int n = 2; n <= 3000; ++n) sat.process_Stereo(0.1, -0.1);
   EXPECT_NEAR(sat.gainSmoothed / sat.gainTarget, 1.0 - std::pow(0.999, 3000), 1e-9);
   EXPECT_EQ(sat.outScale, 0.28061551207734 / sat.gainSmoothed);
-  // Loud, the detector's level rises above its offset and the gain falls, for both channels.
-  AsymSat quiet = Initialised(48000.0, 0.0, 0.0, 0.0, 0.5),
-          loud = Initialised(48000, 20, 0, 0, 0.5), loudRight = loud;
-  double quietPeak = 0.0, loudPeak = 0.0, rightEffect = 0.0;
+  // Unreduced, a full-scale sine at +20 dB would feed the detector 0.1·10·25/√626 ≈ 1 at its peaks.
+  AsymSat loud = Initialised(48000, 20, 0, 0, 0.5), loudRight = loud;
+  double loudPeak = 0.0, rightEffect = 0.0;
   for (int n = 0; n < 48000; ++n) {
-    const double x = std::sin(kTwoPi * 200.0 * n / 48000.0);
-    quiet.process_Stereo(0.01 * x, 0.01 * x);
-    const double l = loud.process_Stereo(x, x);
+    const double x = std::sin(kTwoPi * 200.0 * n / 48000.0), l = loud.process_Stereo(x, x);
     rightEffect = std::fmax(rightEffect, std::fabs(l - loudRight.process_Stereo(x, 3.0 * x)));
-    if (n > 40000) quietPeak = std::fmax(quietPeak, std::fabs(quiet.detFeedback));
     if (n > 40000) loudPeak = std::fmax(loudPeak, std::fabs(loud.detFeedback));
   }
   EXPECT_GT(8.685889638065037 * std::log(loud.detEnv) + 122.0, 0.0);
-  EXPECT_LT(loudPeak, 0.5 * 1000.0 * quietPeak);  // 60 dB more in, far less than 60 dB more out
+  EXPECT_LT(loudPeak, 0.2);
   EXPECT_GT(rightEffect, 1e-3);
 }
 
@@ -130,30 +116,10 @@ TEST(AsymSat, DriftFollowsItsOwnRandomSequence) {
   for (int n = 0; n < 48000; ++n) {
     if (std::fabs(sat.drift[0].value - target) <= 0.1) target = ((expected.next() % 4) + 1) * 0.25;
     sat.process_Stereo(0.2, 0.2), still.process_Stereo(std::sin(n * 0.01), 0.0);
-    ASSERT_EQ(std::tuple(sat.drift[0].target, sat.driftGainR, still.driftGainL),
-              std::tuple(target, sat.drift[0].value * sat.driftDepth + 1.0, 1.0))
-        << n;
+    ASSERT_EQ(std::tuple(n, sat.drift[0].target, sat.driftGainR, still.driftGainL),
+              std::tuple(n, target, sat.drift[0].value * sat.driftDepth + 1.0, 1.0));
   }
   DriftGenerator broken{4, 0.25, 0.5, 0.5, std::nan(""), 0.75};
   broken.advance(expected);
   EXPECT_EQ(broken.target, 0.75);
-}
-
-// Mono is the left of a stereo pass fed alike, which gives equal outputs; init_all re-run with the
-// same controls (every block) changes nothing; two instances never meet, random drift included.
-TEST(AsymSat, MonoEqualsStereoLeftAndInstancesAreIndependent) {
-  AsymSat stereo, mono, everyBlock, other;
-  for (int n = 0; n < 40000; ++n) {
-    const int at = n - n % 5000;  // the controls move every 5000 frames
-    for (AsymSat* s : {&stereo, &mono, &everyBlock, &other})
-      if (n == at || (s == &everyBlock && n % 64 == 0))
-        s->init_all(48000, -40.0 + 0.0015 * at, -10.0 + 0.0005 * at, 0.4, 0.000025 * at);
-    const double x = (n / 7000) % 2 ? 2.5 * std::sin(n * 0.031) : 0.4 * std::sin(n * 0.0021);
-    const double left = stereo.process_Stereo(x, x);
-    other.process_Stereo(TestNoise(n), 0.5);
-    ASSERT_EQ(std::tuple(mono.process_Mono(x), stereo.outR, everyBlock.process_Stereo(x, x)),
-              std::tuple(left, left, left))
-        << n;
-  }
-  EXPECT_EQ(mono.seedR, 0);  // the mono pass runs the left noise generator only
 }

@@ -7,15 +7,12 @@
 // Hosts may insert two instances from two threads at once: each gets its own, complete instance.
 TEST(MakePlugThreads, ConcurrentFactoryCallsMakeIndependentInstances) {
   for (int round = 0; round < 20; ++round) {
-    IPlugAdaptor* made[2] = {nullptr, nullptr};
-    std::thread first([&] { made[0] = MakePlug(); }), second([&] { made[1] = MakePlug(); });
+    std::unique_ptr<IPlugAdaptor> a, b;
+    std::thread first([&] { a.reset(MakePlug()); }), second([&] { b.reset(MakePlug()); });
     first.join(), second.join();
-    made[0]->SetParameter(kDrive, 3.0);
-    EXPECT_EQ(made[1]->GetParam(kDrive)->Value(), 0.0);
-    for (IPlugAdaptor* plug : made) {
-      EXPECT_EQ(plug->NParams(), 8);
-      EXPECT_STREQ(plug->GetPreset(0)->mName, "-");
-      delete plug;
-    }
+    a->SetParameter(kDrive, 3.0);
+    EXPECT_EQ(std::tuple(b->GetParam(kDrive)->Value(), a->NParams(), b->NParams(),
+                         std::string(a->GetPreset(0)->mName) + b->GetPreset(0)->mName),
+              std::tuple(0.0, 8, 8, "--"));
   }
 }
