@@ -1,6 +1,5 @@
-// The whole program driven with a stand-in effect simple enough to predict by hand: what it
-// writes, what it asks of the effect in what order, and that every failure prints one line and
-// leaves no file behind.
+// The whole program with a stand-in effect simple enough to predict by hand: what it writes, what
+// it asks of the effect in what order, and that every failure prints one line and leaves no file.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
