@@ -4,7 +4,8 @@
 #include <string>
 
 #include "DspTesting.h"
-#include "editor/IGraphics.h"
+#include "RecordingControl.h"
+#include "editor/HeadlessGraphics.h"
 
 namespace {
 
@@ -17,12 +18,6 @@ Signal Sine(int channels, int n, double freq, double amp) {
   for (int i = 0; i < n; ++i) s[i] = float(amp * std::sin(kTwoPi * freq * i / kRate));
   return Signal(channels, s);
 }
-
-struct RecordingGraphics : IGraphics {
-  void SetControlFromPlug(int idx, double v) override { lastControl = idx, lastValue = v, ++calls; }
-  int lastControl = -1, calls = 0;
-  double lastValue = -1.0;
-};
 
 // A parameter as one line: name, kind, default, range, step, shape, unit, group, display of 0..2.
 std::string Describe(const IParam* p) {
@@ -127,20 +122,24 @@ TEST(TarnProcessor, MonoStereoAndCrosstalk) {
 // once per block; mode 2 reads the (DC-free) output, mode 1 output over input 3.95 dB low.
 TEST(TarnProcessor, Meter) {
   Host host(2);
-  auto* gui = new RecordingGraphics;
-  host.plug->AttachGraphics(gui), host.effect().SetMeterControl(3);
+  auto* editor = new HeadlessGraphics(host.plug.get(), 10, 10);
+  RecordingControl* controls[4];
+  for (auto*& c : controls) editor->AttachControl(c = new RecordingControl(host.plug.get(), -1));
+  RecordingControl* gui = controls[3];
+  host.plug->AttachGraphics(editor), host.effect().SetMeterControl(3);
   host.Set(kVuMode, 1).Run(Constant(2, 4096, 0.0f));  // no level at all: no difference to show
-  EXPECT_EQ(gui->lastValue, 0.638);
+  EXPECT_EQ(gui->last, 0.638);
   host.Set(kBypass, 1).Run(Sine(2, 96000, 1000.0, 0.5));
-  EXPECT_NEAR(gui->lastValue, std::pow(10.0, (20 * std::log10(kFade) - 3.95) / 20.0), 1e-5);
+  EXPECT_NEAR(gui->last, std::pow(10.0, (20 * std::log10(kFade) - 3.95) / 20.0), 1e-5);
   const double dc = 0.125, up = 0.638 + (dc * kFade * std::pow(10, 0.9) - 0.638) * 0.43;
   const std::tuple<int, double, double> steps[] = {
       {0, dc, up}, {0, 0, .015}, {0, 10, .98}, {2, dc, .015}};
   for (auto [mode, level, needle] : steps) {
     host.Set(kBypass, 0).Set(kVuMode, mode).Run(Constant(2, 480000, level));
-    EXPECT_NEAR(gui->lastValue, needle, 1e-8) << mode << " " << level;
+    EXPECT_NEAR(gui->last, needle, 1e-8) << mode << " " << level;
   }
-  EXPECT_EQ(std::pair(gui->lastControl, gui->calls), std::pair(3, 8 + 188 + 4 * 938));
+  EXPECT_EQ(gui->calls + controls[0]->calls + controls[2]->calls, 8 + 188 + 4 * 938);
+  EXPECT_EQ(controls[0]->calls + controls[2]->calls, 0);
 }
 
 // The drift's generator gives rand() as a never-seeded process sees it; a separate program

@@ -1,6 +1,7 @@
 #include "AllocationCounter.h"
+#include "RecordingControl.h"
 #include "TestPlug.h"
-#include "editor/IGraphics.h"
+#include "editor/HeadlessGraphics.h"
 #include "plug/Hosts.h"
 
 using Samples = std::vector<float>;
@@ -72,23 +73,19 @@ TEST(RealTime, ProcessingAndBypassAllocateNothing) {
   }
 }
 
-struct RecordingGraphics : IGraphics {
-  static inline std::string calls;
-  ~RecordingGraphics() override { calls += "deleted"; }
-  void SetParameterFromPlug(int idx, double value, bool normalized) override {
-    calls += std::to_string(idx) + (normalized ? "n" : "p") + std::to_string(value) + ",";
-  }
-  void PrepDraw() override { calls += "prep,"; }
-};
-
-// The editor gets normalised values, then prepares; redraws and automation send plain values;
-// edits set normalised values, then notify; stray indices are ignored; the plug-in owns it.
+// The editor gets normalised values, then its surface; redraws and automation reach its controls
+// normalised too; edits set normalised values, then notify; stray indices are ignored; the
+// plug-in owns the editor, which owns its controls.
 TEST(EditorLink, ValuesFlowBetweenEditorHostAndEffect) {
+  std::string log;
   {
     TestPlug plug("1-1", 2, 0);
     plug.GetParam(1)->Set(5.0);
+    auto* editor = new HeadlessGraphics(&plug, 10, 10);
+    for (int idx : {0, 1}) editor->AttachControl(new RecordingControl(&plug, idx, &log));
     plug.AttachGraphics(nullptr);
-    plug.AttachGraphics(new RecordingGraphics);
+    plug.AttachGraphics(editor);
+    EXPECT_TRUE(plug.GetGUI() == editor && editor->GetDrawBitmap());
     plug.RedrawParamControls();
     plug.SetParameter(0, 30.0), plug.SetParameter(1, 1.234);  // 1.234 is kept: clamped, not stepped
     plug.SetParameterFromGUI(0, 0.25);
@@ -96,8 +93,7 @@ TEST(EditorLink, ValuesFlowBetweenEditorHostAndEffect) {
     EXPECT_EQ(plug.Values(), (std::vector<double>{-5.0, 1.234}));
     EXPECT_EQ(plug.changes, (std::vector<int>{0, 1, 0}));
   }
-  EXPECT_EQ(RecordingGraphics::calls,
-            "0n0.500000,1n0.750000,prep,0p0.000000,1p5.000000,0p30.000000,1p1.234000,deleted");
+  EXPECT_EQ(log, "0:0.5,1:0.75,0:0.5,1:0.75,0:1,1:0.5617,deleteddeleted");
 }
 
 // The first keyword of the table in the lower-cased name decides ("oLIVEr" is Live).

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "editor/IGraphics.h"
+#include "editor/TextEntryFilter.h"
+
+// An editor back end without a window: the back buffer stays in memory, the redraw timer is a
+// call (Tick), images load as PNG files from a folder, and menus and value fields are answered by
+// the caller. Tests and snapshots run the editor through it.
+class HeadlessGraphics : public IGraphics {
+ public:
+  HeadlessGraphics(IPlugBase* plug, int w, int h, std::string imageFolder = "");
+
+  // One timer tick: the dirty controls' union is redrawn; what reached the "screen" is returned
+  // (empty when nothing was dirty).
+  IRECT Tick();
+  // The answer to the next menus: a function of the menu shown, giving the item to choose (or -1).
+  void AnswerMenusWith(std::function<int(const IPopupMenu&)> chooser) { mChooser = chooser; }
+  // The open value field, as the user edits it: each keystroke's text is offered to the filter
+  // and refused if it does not pass. Commit applies it; Cancel drops it.
+  bool TextEntryOpen() const { return mEntryControl != nullptr; }
+  const std::string& EntryText() const { return mEntryText; }
+  const IRECT& EntryRECT() const { return mEntryRECT; }
+  bool Type(const std::string& keys);
+  void CommitTextEntry();
+
+  bool DrawScreen(IRECT* rect) override;
+  void ForceEndUserEdit() override { mEntryControl = nullptr, mEntryParam = nullptr; }
+  int ShowMessageBox(const char*, const char*, int) override { return 0; }
+  IPopupMenu* CreateIPopupMenu(IPopupMenu* menu, IRECT* areaRect) override;
+  void CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
+                       IParam* param) override;
+  void HostPath(WDL_String* path) override { path->Set(""); }
+  void PluginPath(WDL_String* path) override { path->Set(mImageFolder.c_str()); }
+  void DesktopPath(WDL_String* path) override { path->Set(""); }
+  void PromptForFile(WDL_String*, EFileAction, WDL_String*, char*) override {}
+  bool PromptForColor(IColor*, char*) override { return false; }
+  bool OpenURL(const char*, const char*, const char*, const char*) override { return false; }
+  void* OpenWindow(void*) override { return nullptr; }
+  void CloseWindow() override {}
+  void* GetWindow() override { return nullptr; }
+  LICE_IBitmap* OSLoadBitmap(int id, const char* name) override;
+
+  std::vector<IRECT> mScreenUpdates;  // every rectangle put on the "screen", in order
+
+ private:
+  std::string mImageFolder;
+  std::function<int(const IPopupMenu&)> mChooser;
+  IControl* mEntryControl = nullptr;
+  IParam* mEntryParam = nullptr;
+  IRECT mEntryRECT;
+  std::string mEntryText;
+  TextEntryFilter mFilter;
+};
