@@ -9,7 +9,10 @@
 IGraphics::IGraphics(IPlugBase* plug, int w, int h, int refreshFPS)
     : mPlug(plug), mWidth(w), mHeight(h), mFPS(refreshFPS < 1 ? 25 : refreshFPS) {}
 
+// The key catcher first, then the controls from the last down, then the bitmaps; the cached
+// images outlive every editor.
 IGraphics::~IGraphics() {
+  delete mKeyCatcher;
   mControls.Empty();
   delete mDrawBitmap;
   delete mTmpBitmap;

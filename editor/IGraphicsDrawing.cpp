@@ -49,13 +49,17 @@ bool IGraphics::DrawBitmap(IBitmap* bitmap, IRECT* dest, int srcX, int srcY,
   return true;
 }
 
-// A one-pixel outline in the colour, inside the rectangle.
+// Four one-pixel lines, end points included: top, bottom, left, right, so the outline covers
+// columns L to R and rows T to B.
 bool IGraphics::DrawRect(const IColor* color, IRECT* rect) {
+  if (!mDrawBitmap) return false;
   const LICE_pixel pixel = LICE_RGBA(color->R, color->G, color->B, color->A);
-  const int w = rect->W(), h = rect->H();
-  LICE_FillRect(mDrawBitmap, rect->L, rect->T, w, 1, pixel, 1.0f, LICE_BLIT_MODE_COPY);
-  LICE_FillRect(mDrawBitmap, rect->L, rect->B - 1, w, 1, pixel, 1.0f, LICE_BLIT_MODE_COPY);
-  LICE_FillRect(mDrawBitmap, rect->L, rect->T, 1, h, pixel, 1.0f, LICE_BLIT_MODE_COPY);
-  LICE_FillRect(mDrawBitmap, rect->R - 1, rect->T, 1, h, pixel, 1.0f, LICE_BLIT_MODE_COPY);
+  const int w = rect->W() + 1, h = rect->H() + 1;
+  const int lines[4][4] = {{rect->L, rect->T, w, 1},
+                           {rect->L, rect->B, w, 1},
+                           {rect->L, rect->T, 1, h},
+                           {rect->R, rect->T, 1, h}};
+  for (const auto& l : lines)
+    LICE_FillRect(mDrawBitmap, l[0], l[1], l[2], l[3], pixel, 1.0f, LICE_BLIT_MODE_COPY);
   return true;
 }

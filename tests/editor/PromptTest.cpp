@@ -1,0 +1,92 @@
+// A right click's prompt: a menu of the states for parameters with texts, else a field for the
+// value that filters what is typed; and the menu model itself.
+#include "EditorTesting.h"
+#include "editor/IKnobControl.h"
+#include "editor/IPopupMenu.h"
+
+namespace {
+
+struct Prompted {
+  EditorPlug plug;
+  TestEditor* editor = new TestEditor(&plug);
+  IBitmap frames = editor->Frames(20, 10, 1);
+  IMouseMod right{false, true};
+  IKnobMultiControl* Knob(int param) {
+    auto* knob = new IKnobMultiControl(&plug, 10, 10, param, &frames);
+    editor->AttachControl(knob);
+    return knob;
+  }
+  Prompted() { plug.AttachGraphics(editor); }
+};
+
+}  // namespace
+
+// The states in value order, the current one checked; the chosen position is the new value. A
+// dismissed menu sends nothing.
+TEST(Prompt, MenuOfStates) {
+  Prompted p;
+  IKnobMultiControl* mode = p.Knob(1);
+  p.plug.SetParameter(1, 1.0);
+  std::string shown;
+  p.editor->AnswerMenusWith([&](const IPopupMenu& menu) {
+    for (int i = 0; i < menu.GetNItems(); ++i)
+      shown +=
+          std::string(menu.GetItem(i)->GetText()) + (menu.GetItem(i)->GetChecked() ? "* " : " ");
+    return shown.size() > 20 ? -1 : 2;
+  });
+  p.plug.log.clear();
+  mode->OnMouseDown(12, 12, &p.right);
+  EXPECT_TRUE(mode->GetValue() == 1.0 && p.plug.GetParam(1)->Value() == 2.0);
+  mode->OnMouseDown(12, 12, &p.right);  // dismissed
+  EXPECT_EQ(shown, "Input RMS* Output Input RMS Output* ");
+  EXPECT_EQ(p.plug.log, "set 1 1,");
+}
+
+// A 30 × 16 field centred on the control holds the value's text; digits, signs and (for doubles)
+// the point are accepted up to the entry length (7), anything else refused as typed; return applies
+// the number read from the text (0 without one); states are looked up by their text.
+TEST(Prompt, ValueFieldFiltersAndApplies) {
+  Prompted p;
+  IKnobMultiControl *gain = p.Knob(0), *count = p.Knob(3);
+  gain->OnMouseDown(12, 12, &p.right);
+  ASSERT_TRUE(p.editor->TextEntryOpen());
+  EXPECT_EQ(p.editor->EntryRECT(), (IRECT{5, 7, 35, 23}));  // centre (20, 15)
+  EXPECT_EQ(p.editor->EntryText(), "0.0");
+  count->OnMouseDown(12, 12, &p.right);  // one field at a time
+  EXPECT_TRUE(p.editor->Type("\b\b\b-3.5") && !p.editor->Type("x") && p.editor->Type("000"));
+  EXPECT_FALSE(p.editor->Type("0"));  // an eighth character
+  p.editor->CommitTextEntry();
+  EXPECT_EQ(p.plug.GetParam(0)->Value(), -3.5);
+  count->OnMouseDown(12, 12, &p.right);
+  EXPECT_TRUE(p.editor->Type("\b+1") && !p.editor->Type(".") && p.editor->Type("2-"));
+  p.editor->CommitTextEntry();  // signs pass anywhere; the number is read up to the first misfit
+  EXPECT_EQ(p.plug.GetParam(3)->Value(), 12.0);
+  p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(0), "abc");
+  p.plug.GetParam(1)->NegateDisplay();  // texts are looked up; unknown ones give state 0
+  p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(1), "Output");
+  EXPECT_EQ(gain->GetValue(), 1.0);
+  p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(1), "Loud");
+  EXPECT_EQ(gain->GetValue(), 0.0);
+  p.plug.GetParam(0)->NegateDisplay();
+  p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(0), "2.5dB");
+  EXPECT_EQ(gain->GetValue(), 0.375);  // -2.5 dB of -10 ... 10
+}
+
+// Items append or insert; titles carry the numbering style; submenus belong to their item.
+TEST(Prompt, MenuModel) {
+  IPopupMenu menu;
+  menu.AddItem("b"), menu.AddItem("c", IPopupMenuItem::kDisabled | IPopupMenuItem::kChecked);
+  menu.AddItem(new IPopupMenuItem("a", IPopupMenuItem::kSeparator, new IPopupMenu), 0);
+  std::string titles;
+  for (int style : {0, 1, 2, 3}) {
+    WDL_String title;
+    menu.SetPrefix(style), menu.ItemTitle(style % 3, &title);
+    titles += std::string(title.Get()) + "|";
+  }
+  EXPECT_EQ(titles, "a|2: b|03: c|001: a|");
+  const IPopupMenuItem* c = menu.GetItem(2);
+  EXPECT_TRUE(menu.GetNItems() == 3 && menu.GetChosenItemIdx() == -1 &&
+              menu.GetItem(0)->GetSubmenu());
+  EXPECT_TRUE(!c->GetEnabled() && c->GetChecked() && !c->GetIsTitle() &&
+              menu.GetItem(0)->GetIsSeparator());
+}

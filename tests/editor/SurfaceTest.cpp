@@ -1,0 +1,163 @@
+// The surface: which controls a redraw reaches and cleans, where bitmaps land, and which control
+// each mouse, wheel and key event reaches, with the host's gestures around edits.
+#include <functional>
+
+#include "EditorTesting.h"
+#include "editor/IKnobControl.h"
+
+namespace {
+
+// A control whose drawing is a test's function (drawing services need a redraw under way).
+struct Painter : IControl {
+  Painter(IRECT r, std::function<void(IGraphics*)> paint) : IControl(nullptr, r), paint(paint) {}
+  bool Draw(IGraphics* g) override { return paint(g), true; }
+  std::function<void(IGraphics*)> paint;
+};
+
+std::string Draws(const std::vector<RecordingControl*>& controls) {
+  std::string s;
+  for (auto* c : controls) s += std::to_string(c->draws) + (c->IsDirty() ? "d" : "") + " ";
+  return s;
+}
+
+}  // namespace
+
+// Left and top edges may touch the other's right and bottom ones, not the other way round.
+TEST(Surface, MeetsIsDeliberatelyAsymmetric) {
+  const IRECT a{10, 10, 20, 20}, corner{0, 0, 10, 10}, inside{12, 12, 14, 14}, apart{21, 0, 30, 9};
+  EXPECT_TRUE(Meets(a, corner) && !Meets(corner, a) && Meets(a, inside) && Meets(inside, a));
+  EXPECT_FALSE(Meets(a, apart) || Meets(apart, a));
+}
+
+// Dirty rectangles unite (an empty one adds nothing but counts). Strict redraws reach the visible
+// controls meeting the area and clean all; a value change asks for two frames, hiding for one
+// more. Without strict drawing a dirty background repaints all that is visible; otherwise each
+// dirty control repaints with what it meets (control 2 meets 1, 1 does not meet 2).
+TEST(Surface, DirtyUnionAndRedrawModes) {
+  EditorPlug plug;
+  TestEditor editor(&plug);
+  editor.PrepDraw();
+  const IRECT rects[] = {{0, 0, 64, 48}, {10, 10, 20, 20}, {20, 20, 30, 30}, {40, 0, 50, 9}, {}};
+  std::vector<RecordingControl*> c;
+  for (IRECT r : rects) editor.AttachControl(c.emplace_back(new RecordingControl(&plug, -1, 0, r)));
+  c[3]->Hide(true);
+  IRECT all, area{0, 0, 10, 10}, dirty, none;
+  EXPECT_TRUE(editor.IsDirty(&all) && all == rects[0]);
+  editor.Draw(&area);  // meets(control, area): control 1 at (10, 10) touches the corner
+  EXPECT_EQ(Draws(c), "1 1 0 0d 0 ");
+  EXPECT_TRUE(editor.Tick() == rects[3] && Draws(c) == "2 1 0 0 0 ");
+  c[2]->SetValueFromPlug(0.5), c[2]->SetValueFromPlug(0.7), c[4]->SetDirty(false);
+  EXPECT_TRUE(editor.IsDirty(&dirty) && dirty == rects[2]);
+  EXPECT_TRUE(editor.Tick() == rects[2] && Draws(c) == "3 1 1d 0 0 ");
+  EXPECT_TRUE(editor.Tick() == rects[2] && editor.Tick().Empty() && Draws(c) == "4 1 2 0 0 ");
+  c[4]->SetDirty(false);
+  EXPECT_TRUE(editor.IsDirty(&none) && none.Empty());
+  editor.SetStrictDrawing(false);  // every control dirty: the background repaints all
+  editor.Tick();
+  EXPECT_TRUE(editor.mScreenUpdates.back() == rects[0] && Draws(c) == "5 2 3 0d 1 ");
+  c[1]->SetDirty(false);
+  editor.Tick();
+  EXPECT_EQ(Draws(c), "7 3 3 0 1 ");
+  c[2]->SetDirty(false);
+  editor.Tick();
+  EXPECT_EQ(Draws(c), "8 4 4 0 1 ");
+}
+
+// Frame k's offset is trunc(size·(k - 1)/N + 0.5), down or across; states 0 and 1 and 1-frame
+// bitmaps give the top; the copy is clipped to the area being redrawn.
+TEST(Surface, DrawBitmapPicksFramesAndClips) {
+  EditorPlug plug;
+  TestEditor editor(&plug);
+  IBitmap tall = editor.Frames(6, 5, 2), wide = tall, single = tall;  // 6 × 10 pixels
+  tall.N = 3, wide.N = 3, wide.mFramesAreHorizontal = true, single.N = 1;
+  const std::tuple<IBitmap*, int, int, int> cases[] = {
+      {&tall, 3, 0, 7}, {&tall, 2, 0, 3}, {&tall, 0, 0, 0}, {&wide, 3, 4, 0}, {&single, 3, 0, 0}};
+  for (auto [bitmap, state, x, y] : cases) {
+    TestEditor canvas(&plug);
+    canvas.PrepDraw();
+    IRECT dest{2, 2, 8, 12}, area{3, 4, 5, 6};
+    canvas.AttachControl(
+        new Painter(dest, [&](IGraphics* g) { g->DrawBitmap(bitmap, &dest, state, 0); }));
+    canvas.Draw(&area);
+    EXPECT_EQ(canvas.Pixel(3, 4), (std::array{(y + 2) / 5 + 1, x + 1, (y + 2) % 5})) << state;
+    EXPECT_EQ(canvas.Pixel(2, 2), (std::array{0, 0, 0}));  // outside the area: untouched
+  }
+}
+
+namespace {
+
+// Records which events reach it: "d" down, "u" up, "g" drag dX dY, "2" double click, "w" wheel,
+// "k" key, "o" over, "x" out.
+struct Target : IControl {
+  Target(IPlugBase* plug, IRECT r, int param, std::string* log)
+      : IControl(plug, r, param), log(log) {}
+  bool Draw(IGraphics*) override { return true; }
+  void OnMouseDown(int, int, IMouseMod*) override { *log += tag + "d,"; }
+  void OnMouseUp(int, int, IMouseMod*) override { *log += tag + "u,"; }
+  void OnMouseDrag(int, int, int dX, int dY, IMouseMod*) override {
+    *log += tag + "g" + std::to_string(dX) + " " + std::to_string(dY) + ",";
+  }
+  void OnMouseDblClick(int, int, IMouseMod*) override { *log += tag + "2,"; }
+  void OnMouseWheel(int, int, IMouseMod*, int d) override {
+    *log += tag + "w" + std::to_string(d) + ",";
+  }
+  bool OnKeyDown(int, int, int key) override {
+    return *log += tag + "k" + std::to_string(key) + ",", true;
+  }
+  void OnMouseOver(int, int, IMouseMod*) override { *log += tag + "o,"; }
+  void OnMouseOut() override { *log += tag + "x,"; }
+  std::string* log;
+  std::string tag;
+};
+
+}  // namespace
+
+// The topmost visible, enabled control under the mouse owns it from down to up; a bound one opens
+// and closes the host's gesture (a double click taken as a press opens none). Drags carry the
+// movement since the last event; keys on the background go to the key catcher.
+TEST(Surface, EventsReachTheRightControl) {
+  EditorPlug plug;
+  TestEditor editor(&plug);
+  std::string& log = plug.log;
+  auto add = [&](IRECT r, int param, const char* tag) {
+    auto* t = new Target(&plug, r, param, &log);
+    t->tag = tag;
+    return editor.AttachControl(t), t;
+  };
+  Target* low = add({0, 0, 20, 20}, 0, "A");
+  Target* high = add({10, 10, 30, 30}, 1, "B");
+  Target* catcher = new Target(&plug, {}, -1, &log);
+  catcher->tag = "K";
+  editor.SetKeyCatcher(catcher);
+  editor.AttachBackground(1064048, "");  // 64 × 48, attached last, still control 0
+  IMouseMod mod;
+  editor.OnMouseDown(15, 15, &mod);  // B is on top
+  editor.OnMouseDrag(15, 15, &mod);  // no movement: no call
+  editor.OnMouseDrag(18, 12, &mod), editor.OnMouseDrag(17, 14, &mod);
+  editor.OnMouseWheel(40, 40, &mod, 2);  // captured: the wheel goes to B too
+  editor.OnKeyDown(40, 40, 65);
+  editor.OnMouseUp(50, 50, &mod);
+  EXPECT_EQ(log, "Bd,begin 1,Bg3 -3,Bg-1 2,Bw2,Bk65,Bu,end 1,");
+  log.clear();
+  high->Hide(true);
+  editor.OnMouseDown(15, 15, &mod), editor.OnMouseUp(15, 15, &mod);  // through to A
+  high->Hide(false), high->GrayOut(true);
+  editor.OnMouseWheel(15, 15, &mod, -1);
+  editor.OnMouseDown(50, 40, &mod), editor.OnKeyDown(50, 40, 9);  // background: no gesture
+  editor.OnMouseUp(50, 40, &mod), editor.OnKeyDown(15, 15, 1);
+  low->SetMouseDblAsSingleClick(true);
+  EXPECT_TRUE(editor.OnMouseDblClick(5, 5, &mod) && editor.GetMouseCapture() == 1);
+  editor.OnMouseUp(5, 5, &mod);
+  EXPECT_FALSE(editor.OnMouseDblClick(45, 45, &mod));
+  EXPECT_EQ(log, "Ad,begin 0,Au,end 0,Aw-1,Kk9,Ak1,Ad,Au,end 0,");
+  EXPECT_EQ(editor.GetParamIdxForPTAutomation(25, 25), -1);  // grayed B: the background
+  EXPECT_EQ(editor.GetParamIdxForPTAutomation(5, 5), 0);
+  const int first = editor.GetLastClickedParamForPTAutomation();  // read once
+  EXPECT_EQ(std::pair(first, editor.GetLastClickedParamForPTAutomation()), std::pair(0, -1));
+  log.clear();
+  EXPECT_FALSE(editor.OnMouseOver(15, 15, &mod));  // not handled yet
+  editor.HandleMouseOver(true);
+  high->SetMOWhenGrayed(true);
+  EXPECT_TRUE(editor.OnMouseOver(15, 15, &mod) && editor.OnMouseOver(5, 5, &mod));
+  EXPECT_EQ(log, "Bo,Ao,Bx,");
+}
