@@ -14,7 +14,7 @@
 #include "plug/IPlugOffline.h"
 
 // Parameters: 0 a double -10 to 10 (step 0.1), 1 an enumeration of "Input", "RMS", "Output", 2 a
-// boolean without texts, 3 an integer 0 to 99. The log records what the host would hear.
+// boolean, 3 an integer 0 to 99. The log records what the host would hear.
 struct EditorPlug : IPlugOffline {
   EditorPlug()
       : IPlugOffline(IPlugInstanceInfo{}, 4, "1-1", 0, "T", "", "M", 1, 2, 3, 0, 0, 0, 0, 0) {
