@@ -56,9 +56,14 @@ void IControl::SetValueFromUserInput(double value) {
   SetRedraw();
 }
 
+// The clamp writes only a value that is out of range, and only over the value it read: every
+// repaint calls this on the user-interface thread (SetAllControlsDirty) while the audio thread may
+// store a new value between the read and the write, and a plain store would put the older value
+// back for good.
 void IControl::SetDirty(bool pushParamToPlug) {
-  const double value = GetValue();
-  SetValue(mClampLo > value ? mClampLo : std::min(mClampHi, value));
+  double value = GetValue();
+  const double clamped = mClampLo > value ? mClampLo : std::min(mClampHi, value);
+  if (clamped != value) mValue.compare_exchange_strong(value, clamped, kRelaxed);
   mDirty.store(true, kRelaxed);
   if (!pushParamToPlug || !mPlug || mParamIdx < 0) return;
   mPlug->SetParameterFromGUI(mParamIdx, GetValue());
