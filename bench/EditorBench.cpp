@@ -75,7 +75,6 @@ void BM_FullEditorRedraw(benchmark::State& state) {
   for (auto _ : state) {
     gui.SetAllControlsDirty();
     if (gui.Tick().W() != kWidth) state.SkipWithError("the tick did not repaint the whole editor");
-    gui.mScreenUpdates.clear();
     benchmark::DoNotOptimize(gui.GetDrawBitmap()->getBits());
     benchmark::ClobberMemory();
   }

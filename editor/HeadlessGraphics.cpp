@@ -15,7 +15,7 @@ IRECT HeadlessGraphics::Tick() {
 }
 
 bool HeadlessGraphics::DrawScreen(IRECT* rect) {
-  mScreenUpdates.push_back(*rect);
+  mLastScreenUpdate = *rect, ++mScreenUpdates;
   return true;
 }
 

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "editor/IGraphics.h"
 #include "editor/TextEntryFilter.h"
@@ -44,7 +43,8 @@ class HeadlessGraphics : public IGraphics {
   void* GetWindow() override { return nullptr; }
   LICE_IBitmap* OSLoadBitmap(int id, const char* name) override;
 
-  std::vector<IRECT> mScreenUpdates;  // every rectangle put on the "screen", in order
+  IRECT mLastScreenUpdate;  // the last rectangle put on the "screen"
+  int mScreenUpdates = 0;
 
  private:
   std::string mImageFolder;

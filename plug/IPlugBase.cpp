@@ -25,8 +25,8 @@ double* ResizeAndClear(WDL_TypedBuf<double>& buf, int frames, int* fits) {
 }  // namespace
 
 IPlugBase::IPlugBase(int nParams, const char* channelIOStr, int nPresets, const char* effectName,
-                     const char* productName, const char* mfrName, int vendorVersion,
-                     int uniqueID, int mfrID, int latency, bool /*plugDoesMidi: the adaptor's*/,
+                     const char* productName, const char* mfrName, int vendorVersion, int uniqueID,
+                     int mfrID, int latency, bool /*plugDoesMidi: the adaptor's*/,
                      bool plugDoesChunks, bool plugIsInst, EAPI plugAPI)
     : mUniqueID(uniqueID),
       mMfrID(mfrID),
@@ -94,7 +94,8 @@ void IPlugBase::GetChannelIO(int idx, int* nIn, int* nOut) const {
 }
 
 void IPlugBase::CreatePassThroughDelay() {
-  if (!mDelay && NInChannels() > 0) mDelay = new PassThroughDelay(NInChannels(), NOutChannels(), mLatency);
+  if (!mDelay && NInChannels() > 0)
+    mDelay = new PassThroughDelay(NInChannels(), NOutChannels(), mLatency);
 }
 
 void IPlugBase::Reset() { WDL_MutexLock lock(&mMutex); }
@@ -118,16 +119,20 @@ void IPlugBase::SetParameterFromGUI(int paramIdx, double normalizedValue) {
   OnParamChange(paramIdx);
 }
 
+// Under the instance mutex: automation may be writing the values meanwhile.
 void IPlugBase::RedrawParamControls() {
   if (!mGraphics) return;
-  for (int i = 0; i < NParams(); ++i) mGraphics->SetParameterFromPlug(i, GetParam(i)->Value(), false);
+  WDL_MutexLock lock(&mMutex);
+  for (int i = 0; i < NParams(); ++i)
+    mGraphics->SetParameterFromPlug(i, GetParam(i)->Value(), false);
 }
 
 // The editor sees every current value and has its surface before the plug-in knows it.
 void IPlugBase::AttachGraphics(IGraphics* graphics) {
   if (!graphics) return;
   WDL_MutexLock lock(&mMutex);
-  for (int i = 0; i < NParams(); ++i) graphics->SetParameterFromPlug(i, GetParam(i)->GetNormalized(), true);
+  for (int i = 0; i < NParams(); ++i)
+    graphics->SetParameterFromPlug(i, GetParam(i)->GetNormalized(), true);
   graphics->PrepDraw();
   mGraphics = graphics;
 }
@@ -286,7 +291,9 @@ void IPlugBase::ProcessSingleReplacing(float** inputs, float** outputs, int nFra
   for (int i = NInChannels(); i < NOutChannels(); ++i) std::memset(outputs[i], 0, bytes);
 }
 
-int IPlugBase::GetEffectVersion(bool decimal) const { return decimal ? DecimalVersion(mVersion) : mVersion; }
+int IPlugBase::GetEffectVersion(bool decimal) const {
+  return decimal ? DecimalVersion(mVersion) : mVersion;
+}
 
 int IPlugBase::GetHostVersion(bool decimal) const {
   return decimal ? DecimalVersion(mHostVersion) : mHostVersion;

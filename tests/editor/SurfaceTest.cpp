@@ -54,7 +54,7 @@ TEST(Surface, DirtyUnionAndRedrawModes) {
   EXPECT_TRUE(editor.IsDirty(&none) && none.Empty());
   editor.SetStrictDrawing(false);  // every control dirty: the background repaints all
   editor.Tick();
-  EXPECT_TRUE(editor.mScreenUpdates.back() == rects[0] && Draws(c) == "5 2 3 0d 1 ");
+  EXPECT_TRUE(editor.mLastScreenUpdate == rects[0] && Draws(c) == "5 2 3 0d 1 ");
   c[1]->SetDirty(false);
   editor.Tick();
   EXPECT_EQ(Draws(c), "7 3 3 0 1 ");
