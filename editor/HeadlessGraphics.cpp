@@ -5,7 +5,7 @@
 #include "lice/LICE_PNG.h"
 
 HeadlessGraphics::HeadlessGraphics(IPlugBase* plug, int w, int h, std::string imageFolder)
-    : IGraphics(plug, w, h, 25), mImageFolder(std::move(imageFolder)) {}
+    : IGraphics(plug, w, h), mImageFolder(std::move(imageFolder)) {}  // the default rate
 
 IRECT HeadlessGraphics::Tick() {
   IRECT dirty;

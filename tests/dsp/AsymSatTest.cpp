@@ -27,8 +27,10 @@ TEST(AsymSat, ConstructedAndInitialisedConstants) {
   const AsymSat f, s = Initialised(44100.0, 0.0, 0.0, 0.4, 0.5),
                    full = Initialised(48000.0, 20.0, 0.0, 0.2, 1.0);
   EXPECT_EQ(std::tuple(f.detOffset, f.detSlope, f.detHold, f.evenWeight, f.oversample,
-                       f.drift[0].count, f.memIn, f.memFb, f.postScale, f.postFb),
-            std::tuple(106.0, -0.5833333333333334, 1, 0.05, 0, 4, 0.5, 0.5, 0.5, 0.5));
+                       f.drift[0].count, f.memIn, f.memFb, f.postScale, f.postFb, f.posKnee,
+                       f.posKneeInv, f.negKnee, f.negKneeInv),
+            std::tuple(106.0, -0.5833333333333334, 1, 0.05, 0, 4, 0.5, 0.5, 0.5, 0.5, 1.0, 1.0, 1.0,
+                       1.0));
   EXPECT_EQ(
       std::tuple(s.oversample, s.detOffset, s.detSlope, s.detHold,
                  Initialised(96000.0, 0, 0, 0, 0).detHold, s.drift[0].step, s.memFb,

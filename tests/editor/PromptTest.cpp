@@ -21,25 +21,28 @@ struct Prompted {
 
 }  // namespace
 
-// The states in value order, the current one checked; the chosen position is the new value. A
-// dismissed menu sends nothing.
+// The states in value order, the current one checked, for enumerations and booleans with texts;
+// the chosen position is the new value. A dismissed menu sends nothing.
 TEST(Prompt, MenuOfStates) {
   Prompted p;
-  IKnobMultiControl* mode = p.Knob(1);
+  IKnobMultiControl *mode = p.Knob(1), *on = p.Knob(2);
   p.plug.SetParameter(1, 1.0);
   std::string shown;
+  std::vector<int> answers = {2, -1, 1};
   p.editor->AnswerMenusWith([&](const IPopupMenu& menu) {
     for (int i = 0; i < menu.GetNItems(); ++i)
       shown +=
           std::string(menu.GetItem(i)->GetText()) + (menu.GetItem(i)->GetChecked() ? "* " : " ");
-    return shown.size() > 20 ? -1 : 2;
+    const int answer = answers.front();
+    return answers.erase(answers.begin()), answer;
   });
   p.plug.log.clear();
   mode->OnMouseDown(12, 12, &p.right);
   EXPECT_TRUE(mode->GetValue() == 1.0 && p.plug.GetParam(1)->Value() == 2.0);
   mode->OnMouseDown(12, 12, &p.right);  // dismissed
-  EXPECT_EQ(shown, "Input RMS* Output Input RMS Output* ");
-  EXPECT_EQ(p.plug.log, "set 1 1,");
+  on->OnMouseDown(12, 12, &p.right);
+  EXPECT_EQ(shown, "Input RMS* Output Input RMS Output* off* on ");
+  EXPECT_EQ(p.plug.log, "set 1 1,set 2 1,");
 }
 
 // A 30 × 16 field centred on the control holds the value's text; digits, signs and (for doubles)

@@ -22,8 +22,16 @@ std::string Draws(const std::vector<RecordingControl*>& controls) {
 
 }  // namespace
 
-// Left and top edges may touch the other's right and bottom ones, not the other way round.
-TEST(Surface, MeetsIsDeliberatelyAsymmetric) {
+// The timer runs at 25 a second by default. A failed image load gives a bitmap of size 0; an
+// editor without controls draws nothing and says it did. Left and top edges may touch the
+// other's right and bottom ones, not the other way round.
+TEST(Surface, DefaultsAndTheAsymmetricMeets) {
+  EditorPlug plug;
+  HeadlessGraphics empty(&plug, 8, 8);
+  const IBitmap missing = empty.LoadIBitmap(77, "missing.png", 3);
+  IRECT r{0, 0, 8, 8};
+  EXPECT_TRUE(empty.FPS() == 25 && !missing.mData && missing.W == 0 && missing.H == 0);
+  EXPECT_TRUE(empty.Draw(&r) && empty.mScreenUpdates == 0);
   const IRECT a{10, 10, 20, 20}, corner{0, 0, 10, 10}, inside{12, 12, 14, 14}, apart{21, 0, 30, 9};
   EXPECT_TRUE(Meets(a, corner) && !Meets(corner, a) && Meets(a, inside) && Meets(inside, a));
   EXPECT_FALSE(Meets(a, apart) || Meets(apart, a));
@@ -64,7 +72,7 @@ TEST(Surface, DirtyUnionAndRedrawModes) {
 }
 
 // Frame k's offset is trunc(size·(k - 1)/N + 0.5), down or across; states 0 and 1 and 1-frame
-// bitmaps give the top; the copy is clipped to the area being redrawn.
+// bitmaps give the top; the copy is clipped to the area being redrawn. Rectangles are outlined.
 TEST(Surface, DrawBitmapPicksFramesAndClips) {
   EditorPlug plug;
   TestEditor editor(&plug);
@@ -76,12 +84,27 @@ TEST(Surface, DrawBitmapPicksFramesAndClips) {
     TestEditor canvas(&plug);
     canvas.PrepDraw();
     IRECT dest{2, 2, 8, 12}, area{3, 4, 5, 6};
+    bool drawn = false;
     canvas.AttachControl(
-        new Painter(dest, [&](IGraphics* g) { g->DrawBitmap(bitmap, &dest, state, 0); }));
+        new Painter(dest, [&](IGraphics* g) { drawn = g->DrawBitmap(bitmap, &dest, state, 0); }));
     canvas.Draw(&area);
     EXPECT_EQ(canvas.Pixel(3, 4), (std::array{(y + 2) / 5 + 1, x + 1, (y + 2) % 5})) << state;
-    EXPECT_EQ(canvas.Pixel(2, 2), (std::array{0, 0, 0}));  // outside the area: untouched
+    EXPECT_TRUE(drawn && canvas.Pixel(2, 2) == (std::array{0, 0, 0}));  // outside: untouched
   }
+  TestEditor canvas(&plug);
+  canvas.PrepDraw();
+  IRECT box{1, 1, 4, 3}, all{0, 0, 64, 48};
+  const IColor grey{255, 9, 9, 9};
+  canvas.AttachControl(new Painter(all, [&](IGraphics* g) { g->DrawRect(&grey, &box); }));
+  canvas.Draw(&all);  // an outline through the corners, end points included
+  std::string outline;
+  for (int i = 0; i < 30; ++i) outline += canvas.Pixel(i % 6, i / 6)[0] ? '#' : '.';
+  EXPECT_EQ(outline,
+            "......"
+            ".####."
+            ".#..#."
+            ".####."
+            "......");
 }
 
 namespace {
@@ -126,6 +149,7 @@ TEST(Surface, EventsReachTheRightControl) {
   };
   Target* low = add({0, 0, 20, 20}, 0, "A");
   Target* high = add({10, 10, 30, 30}, 1, "B");
+  EXPECT_FALSE(editor.OnKeyDown(50, 40, 1));  // nothing hit and no key catcher
   Target* catcher = new Target(&plug, {}, -1, &log);
   catcher->tag = "K";
   editor.SetKeyCatcher(catcher);
