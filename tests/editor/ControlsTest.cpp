@@ -46,6 +46,9 @@ TEST(Controls, BitmapFramesFollowTheValue) {
   EXPECT_EQ(FramesShown(editor, knob, {0.5, 1.0, 0.0, 1.7, -0.3}), "65 128 1 128 1 ");
   EXPECT_EQ(FramesShown(editor, bitmap, {0.24, 0.25, 1.0, 2.0, -1.0}), "1 2 3 3 1 ");
   EXPECT_TRUE(knob->IsDirty());  // drawn and cleaned first, then marked by the bitmap's draw
+  IRECT corner{60, 44, 64, 48};  // not strict: a dirty background repaints everything
+  bitmap->SetValue(1.0), editor.Draw(&corner);
+  EXPECT_EQ(editor.Pixel(10, 10)[0], 3);
 }
 
 // A click adds 1/(N - 1) and wraps past 1.001; a double click is one more click. A vertical knob's
@@ -134,6 +137,11 @@ TEST(Controls, DefaultsDisplaysGrayingAndAuxiliaries) {
   EXPECT_EQ(plug.GetParam(0)->Value(), 0.0);
   plug.SetParameter(3, 33.0);
   EXPECT_DOUBLE_EQ(knob->GetAuxParamValue(knob->AuxParamIdx(3)), 33.0 / 99.0);
+  EXPECT_EQ(plug.log, "set 0 0.75,set 0 0.5,");  // values from the plug-in are not sent back
+  EXPECT_EQ(knob->AuxParamIdx(0), -1);
+  RecordingControl zero(&plug, -1);  // a first value of 0 is a default too
+  zero.SetValueFromPlug(0.0), zero.SetValueFromPlug(0.5), zero.OnMouseDblClick(0, 0, &mod);
+  EXPECT_EQ(zero.GetValue(), 0.0);
   knob->GrayOut(true);
   EXPECT_EQ(knob->GetBlend().mWeight, 0.25f);
   knob->GrayOut(false);
