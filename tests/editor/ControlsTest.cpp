@@ -21,7 +21,7 @@ std::string FramesShown(TestEditor& editor, IControl* control,
                         std::initializer_list<double> values) {
   std::string frames;
   for (double v : values) {
-    control->SetValue(v), control->SetDirty(false);
+    control->SetValue(v);  // unclamped, as a first value from the plug-in is
     IRECT all{0, 0, 64, 48};
     editor.Draw(&all);
     frames += std::to_string(editor.Pixel(control->GetRECT().L, control->GetRECT().T)[0]) + " ";
@@ -37,18 +37,18 @@ TEST(Controls, BitmapFramesFollowTheValue) {
   EditorPlug plug;
   TestEditor editor(&plug);
   editor.PrepDraw();
-  IBitmap knobFrames = editor.Frames(2, 2, 128), lamp = editor.Frames(3, 3, 3);
+  IBitmap knobFrames = editor.Frames(2, 2, 128), lamp = editor.Frames(3, 3, 2);
   auto* knob = new IKnobMultiControl(&plug, 0, 0, 0, &knobFrames);
   auto* bitmap = new IBitmapControl(&plug, 10, 10, -1, &lamp);
   editor.AttachControl(knob), editor.AttachControl(bitmap);
   editor.AttachBackground(1064048, "");  // a dirty background sets the area redrawn: all of it
   EXPECT_EQ(knob->GetRECT(), (IRECT{0, 0, 2, 2}));
   EXPECT_EQ(FramesShown(editor, knob, {0.5, 1.0, 0.0, 1.7, -0.3}), "65 128 1 128 1 ");
-  EXPECT_EQ(FramesShown(editor, bitmap, {0.24, 0.25, 1.0, 2.0, -1.0}), "1 2 3 3 1 ");
+  EXPECT_EQ(FramesShown(editor, bitmap, {0.49, 0.5, 2.0, -1.0, -2.0}), "1 2 2 1 1 ");
   EXPECT_TRUE(knob->IsDirty());  // drawn and cleaned first, then marked by the bitmap's draw
   IRECT corner{60, 44, 64, 48};  // not strict: a dirty background repaints everything
   bitmap->SetValue(1.0), editor.Draw(&corner);
-  EXPECT_EQ(editor.Pixel(10, 10)[0], 3);
+  EXPECT_EQ(editor.Pixel(10, 10)[0], 2);
 }
 
 // A click adds 1/(N - 1) and wraps past 1.001; a double click is one more click. A vertical knob's
@@ -57,22 +57,26 @@ TEST(Controls, BitmapFramesFollowTheValue) {
 TEST(Controls, SwitchStepsKnobGearingAndWheel) {
   EditorPlug plug;
   TestEditor editor(&plug);
-  IBitmap two = editor.Frames(4, 4, 2), three = editor.Frames(5, 5, 3);
-  ISwitchControl toggle(&plug, 0, 0, -1, &two), selector(&plug, 0, 0, -1, &three);
+  IBitmap one = editor.Frames(4, 4, 1), two = editor.Frames(4, 4, 2),
+          three = editor.Frames(5, 5, 3);
+  ISwitchControl single(&plug, 0, 0, -1, &one), toggle(&plug, 0, 0, 2, &two),
+      selector(&plug, 0, 0, -1, &three);
   IMouseMod plain, shift, control;
   shift.S = true, control.C = true;
   std::string steps;
-  for (ISwitchControl* s : {&toggle, &selector})
+  for (ISwitchControl* s : {&single, &toggle, &selector})
     for (int i = 0; i < 4; ++i) {
       i == 1 ? s->OnMouseDblClick(0, 0, &plain) : s->OnMouseDown(0, 0, &plain);
       steps += (std::ostringstream() << s->GetValue() << " ").str();
     }
-  EXPECT_EQ(steps, "1 0 1 0 0.5 1 0 0.5 ");
+  EXPECT_EQ(steps, "1 0 1 0 1 0 1 0 0.5 1 0 0.5 ");
+  EXPECT_EQ(plug.log, "set 2 1,set 2 0,set 2 1,set 2 0,");
+  plug.log.clear();
   IBitmap tall = editor.Frames(10, 40, 1), wide = editor.Frames(20, 5, 1);
   IKnobMultiControl knob(&plug, 0, 10, 0, &tall), across(&plug, 0, 0, 0, &wide, kHorizontal);
   across.SetGearing(2.0);
   knob.OnMouseDrag(0, 0, 7, -160, &plain);
-  EXPECT_EQ(knob.GetValue(), 1.0);
+  EXPECT_TRUE(knob.GetValue() == 1.0 && plug.log == "set 0 1,");
   knob.OnMouseDrag(0, 0, 0, 160, &shift);
   EXPECT_DOUBLE_EQ(knob.GetValue(), 0.9);
   knob.OnMouseDrag(0, 0, 0, 40, &control);
@@ -97,7 +101,7 @@ TEST(Controls, FaderAndRadioButtons) {
   IMouseMod mod;
   EXPECT_EQ(fader.GetRECT(), (IRECT{5, 0, 11, 50}));
   fader.OnMouseDown(7, 25, &mod);  // 1 - (25 - 0 - 5)/40
-  EXPECT_EQ(fader.GetValue(), 0.5);
+  EXPECT_TRUE(fader.GetValue() == 0.5 && plug.log == "set 0 0.5,");
   EXPECT_EQ(fader.GetHandleRECT(0.5), (IRECT{5, 20, 11, 30}));
   EXPECT_TRUE(fader.IsHit(5, 20) && fader.IsHit(10, 29) && !fader.IsHit(7, 30) &&
               !fader.IsHit(7, 5));
@@ -105,7 +109,8 @@ TEST(Controls, FaderAndRadioButtons) {
   EXPECT_EQ(fader.GetValue(), 0.0);
   IFaderControl across(&plug, 0, 0, 26, 0, &handle, kHorizontal);
   across.OnMouseDrag(13, 0, 0, 0, &mod);  // (13 - 0 - 3)/20
-  EXPECT_TRUE(across.GetValue() == 0.5 && across.GetHandleRECT(0.5) == (IRECT{10, 0, 16, 10}));
+  EXPECT_TRUE(across.GetValue() == 0.5 && across.GetHandleRECT(0.5) == (IRECT{10, 0, 16, 10}) &&
+              across.GetRECT() == (IRECT{0, 0, 26, 10}));
   IRadioButtonsControl radio(&plug, {0, 0, 30, 4}, 1, 3, &button, kHorizontal);
   EXPECT_EQ(radio.GetButtonRECT(2), (IRECT{22, 0, 30, 4}));  // gap (30 - 24)/2 = 3
   plug.log.clear();
