@@ -116,8 +116,13 @@ TEST(Controls, FaderAndRadioButtons) {
   plug.log.clear();
   radio.OnMouseDown(12, 2, &mod), radio.OnMouseDown(9, 2, &mod);
   EXPECT_EQ(plug.log, "set 1 0.5,set 1 0.5,");
-  IRadioButtonsControl reversed(&plug, {0, 0, 4, 30}, 1, 3, &button, kVertical, true);
-  EXPECT_EQ(reversed.GetButtonRECT(0), (IRECT{0, 26, 8, 30}));  // gap (30 - 12)/2 = 9
+  IRadioButtonsControl reversed(&plug, {0, 2, 4, 32}, 1, 3, &button, kVertical, true);
+  EXPECT_EQ(reversed.GetButtonRECT(0), (IRECT{0, 28, 8, 32}));  // gap (30 - 12)/2 = 9
+  editor.PrepDraw();  // the active button, trunc(2·0.5 + 0.5) = 1, shows frame 2
+  editor.AttachControl(new IRadioButtonsControl(&plug, {0, 0, 30, 4}, 1, 3, &button, kHorizontal));
+  editor.GetControl(0)->SetValue(0.5), editor.Tick();
+  EXPECT_EQ(std::tuple(editor.Pixel(0, 0)[0], editor.Pixel(11, 0)[0], editor.Pixel(22, 0)[0]),
+            std::tuple(1, 2, 1));
 }
 
 // The plug-in's first value is also the double-click default; until then a double click does

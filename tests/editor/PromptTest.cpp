@@ -64,6 +64,9 @@ TEST(Prompt, ValueFieldFiltersAndApplies) {
   EXPECT_TRUE(p.editor->Type("\b+1") && !p.editor->Type(".") && p.editor->Type("2-"));
   p.editor->CommitTextEntry();  // signs pass anywhere; the number is read up to the first misfit
   EXPECT_EQ(p.plug.GetParam(3)->Value(), 12.0);
+  const TextEntryFilter one{nullptr, 1, 0}, upToFive{nullptr, 0, 5};  // a maximum value, if set
+  EXPECT_TRUE(!one.Accepts("12") && one.Accepts("x") && upToFive.Accepts("5") &&
+              !upToFive.Accepts("6"));
   p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(0), "abc");
   p.plug.GetParam(1)->NegateDisplay();  // texts are looked up; unknown ones give state 0
   p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(1), "Output");
@@ -81,12 +84,12 @@ TEST(Prompt, MenuModel) {
   menu.AddItem("b"), menu.AddItem("c", IPopupMenuItem::kDisabled | IPopupMenuItem::kChecked);
   menu.AddItem(new IPopupMenuItem("a", IPopupMenuItem::kSeparator, new IPopupMenu), 0);
   std::string titles;
-  for (int style : {0, 1, 2, 3}) {
+  for (int style : {0, 1, 2, 3, 4}) {  // 4 is no style: no prefix
     WDL_String title;
     menu.SetPrefix(style), menu.ItemTitle(style % 3, &title);
     titles += std::string(title.Get()) + "|";
   }
-  EXPECT_EQ(titles, "a|2: b|03: c|001: a|");
+  EXPECT_EQ(titles, "a|2: b|03: c|001: a|b|");
   const IPopupMenuItem* c = menu.GetItem(2);
   EXPECT_TRUE(menu.GetNItems() == 3 && menu.GetChosenItemIdx() == -1 &&
               menu.GetItem(0)->GetSubmenu());
