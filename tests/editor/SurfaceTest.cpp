@@ -85,8 +85,10 @@ TEST(Surface, DrawBitmapPicksFramesAndClips) {
     canvas.PrepDraw();
     IRECT dest{2, 2, 8, 12}, area{3, 4, 5, 6};
     bool drawn = false;
+    IBitmap* shown = bitmap;  // a lambda cannot capture the loop's structured bindings
+    const int frame = state;
     canvas.AttachControl(
-        new Painter(dest, [&](IGraphics* g) { drawn = g->DrawBitmap(bitmap, &dest, state, 0); }));
+        new Painter(dest, [&](IGraphics* g) { drawn = g->DrawBitmap(shown, &dest, frame, 0); }));
     canvas.Draw(&area);
     EXPECT_EQ(canvas.Pixel(3, 4), (std::array{(y + 2) / 5 + 1, x + 1, (y + 2) % 5})) << state;
     EXPECT_TRUE(drawn && canvas.Pixel(2, 2) == (std::array{0, 0, 0}));  // outside: untouched
