@@ -27,6 +27,9 @@ class HeadlessGraphics : public IGraphics {
   void CommitTextEntry();
 
   bool DrawScreen(IRECT* rect) override;
+  bool MeasureIText(IText* text, char* str, IRECT* dest) override {
+    return MeasureWithCachedFont(text, str, dest);
+  }
   void ForceEndUserEdit() override { mEntryControl = nullptr, mEntryParam = nullptr; }
   int ShowMessageBox(const char*, const char*, int) override { return 0; }
   IPopupMenu* CreateIPopupMenu(IPopupMenu* menu, IRECT* areaRect) override;

@@ -89,6 +89,8 @@ class IGraphics {
   bool DrawBitmap(IBitmap* bitmap, IRECT* dest, int bmpState, const IChannelBlend* blend);
   bool DrawBitmap(IBitmap* bitmap, IRECT* dest, int srcX, int srcY, const IChannelBlend* blend);
   bool DrawRect(const IColor* color, IRECT* rect);
+  // One line of text in the rectangle (right and bottom exclusive), aligned as text says.
+  bool DrawIText(IText* text, char* str, IRECT* rect);
 
   // A right click's value prompt and its answer.
   void PromptUserInput(IControl* control, IParam* param, IRECT* rect);
@@ -113,6 +115,11 @@ class IGraphics {
   void DrawStrict(IRECT* rect);
   void DrawAllOnDirtyBackground();
   void DrawEachDirtyControl();
+  // The text's font, looked up once and kept in the text; null when there is none.
+  static LICE_CachedFont* CacheFont(IText* text);
+  // For back ends that measure: dest keeps its left and top and gets the string's width and
+  // its font's line height.
+  static bool MeasureWithCachedFont(IText* text, const char* str, IRECT* dest);
 
   WDL_Mutex mMutex;
   WDL_PtrList<IControl> mControls{4096};

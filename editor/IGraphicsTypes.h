@@ -1,5 +1,6 @@
 #pragma once
 
+class LICE_CachedFont;
 class LICE_IBitmap;
 
 // A colour, each channel 0 to 255.
@@ -16,7 +17,7 @@ struct IText {
   IColor mTextEntryBGColor{255, 255, 255, 255};
   IColor mTextEntryFGColor{255, 0, 0, 0};
   int mStyle = 0, mAlign = 1, mOrientation = 0, mQuality = 0;  // align: 0 left, 1 centre, 2 right
-  void* mCached = nullptr;
+  LICE_CachedFont* mCached = nullptr;                          // the font, found on first use
 };
 
 // How bitmaps are composed: 0 with source alpha, 1 copy, 2 add, 3 colour dodge; and a weight.

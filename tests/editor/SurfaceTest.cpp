@@ -187,3 +187,72 @@ TEST(Surface, EventsReachTheRightControl) {
   EXPECT_TRUE(editor.OnMouseOver(15, 15, &mod) && editor.OnMouseOver(5, 5, &mod));
   EXPECT_EQ(log, "Bo,Ao,Bx,");
 }
+
+namespace {
+
+// Where a line of text leaves ink on a black 64 × 48 back buffer, and whether a pixel took the
+// colour whole (full coverage).
+struct Ink {
+  int left = 99, right = -1, top = 99, bottom = -1;
+  bool solid = false;
+};
+
+Ink InkOf(IText text, const char* str, IRECT rect, IRECT area = {0, 0, 64, 48}) {
+  EditorPlug plug;
+  TestEditor canvas(&plug);
+  canvas.PrepDraw();
+  canvas.AttachControl(new Painter(rect, [&](IGraphics* g) {
+    EXPECT_TRUE(g->DrawIText(&text, const_cast<char*>(str), &rect));
+  }));
+  canvas.Draw(&area);
+  Ink ink;
+  const IColor& c = text.mColor;
+  for (int y = 0; y < 48; ++y)
+    for (int x = 0; x < 64; ++x) {
+      const std::array<int, 3> p = canvas.Pixel(x, y);
+      if (p == std::array{0, 0, 0}) continue;
+      ink = {std::min(ink.left, x), std::max(ink.right, x), std::min(ink.top, y),
+             std::max(ink.bottom, y), ink.solid || p == std::array{c.R, c.G, c.B}};
+    }
+  return ink;
+}
+
+}  // namespace
+
+// Text lands inside its rectangle and the area being redrawn, vertically centred and placed by
+// the alignment, in the text's colour; a transparent colour leaves no ink, UTF-8 is decoded (a
+// cut sequence shows a replacement mark). Measuring gives the advances' width and keeps left and
+// top.
+TEST(Surface, TextIsAlignedColouredAndClipped) {
+  IText text;
+  text.mSize = 14, text.mColor = {255, 200, 100, 50};
+  const IRECT rect{4, 8, 60, 40};
+  text.mAlign = 0;
+  const Ink left = InkOf(text, "Tarn", rect);
+  text.mAlign = 2;
+  const Ink right = InkOf(text, "Tarn", rect);
+  text.mAlign = 1;
+  const Ink centre = InkOf(text, "Tarn", rect);
+  EXPECT_TRUE(left.solid && left.left >= 4 && left.left <= 6 && right.right >= 57 &&
+              right.right < 60);
+  EXPECT_EQ(centre.right - left.right, (right.right - left.right) / 2);  // half the room left
+  EXPECT_NEAR(centre.top + centre.bottom, 48, 6);
+  EXPECT_TRUE(centre.top > 8 && centre.bottom < 40 && right.left - left.left > 20);
+  const Ink clipped = InkOf(text, "Saturation", {20, 8, 44, 40}, {0, 0, 30, 48});
+  EXPECT_TRUE(clipped.left >= 20 && clipped.right < 30);
+  EXPECT_GE(InkOf(text, "\xC2\xB0", rect).right, 0);  // a degree sign
+  EXPECT_GE(InkOf(text, "\xE2", rect).right, 0);
+  text.mColor.A = 0;
+  EXPECT_LT(InkOf(text, "Tarn", rect).right, 0);
+
+  EditorPlug plug;
+  HeadlessGraphics editor(&plug, 8, 8);
+  IText plain, none;
+  none.mSize = 0;
+  IRECT one{3, 5, 0, 0}, two{3, 5, 0, 0};
+  EXPECT_TRUE(editor.MeasureIText(&plain, const_cast<char*>("M"), &one) &&
+              editor.MeasureIText(&plain, const_cast<char*>("MM"), &two));
+  EXPECT_TRUE(one.L == 3 && one.T == 5 && one.W() > 0 && two.W() == 2 * one.W());
+  EXPECT_TRUE(one.H() >= 10 && one.H() <= 20 && plain.mCached);
+  EXPECT_FALSE(editor.MeasureIText(&none, const_cast<char*>("M"), &one));
+}
