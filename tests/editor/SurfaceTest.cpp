@@ -3,6 +3,8 @@
 #include <functional>
 
 #include "EditorTesting.h"
+#include "PngSamples.h"
+#include "ScratchFolder.h"
 #include "editor/IKnobControl.h"
 
 namespace {
@@ -22,7 +24,8 @@ std::string Draws(const std::vector<RecordingControl*>& controls) {
 
 }  // namespace
 
-// The timer runs at 25 a second by default. A failed image load gives a bitmap of size 0; an
+// The timer runs at 25 a second by default. Images load from the back end's folder; a failed
+// load gives a bitmap of size 0; an
 // editor without controls draws nothing and says it did. Left and top edges may touch the
 // other's right and bottom ones, not the other way round.
 TEST(Surface, DefaultsAndTheAsymmetricMeets) {
@@ -31,6 +34,11 @@ TEST(Surface, DefaultsAndTheAsymmetricMeets) {
   const IBitmap missing = empty.LoadIBitmap(77, "missing.png", 3);
   IRECT r{0, 0, 8, 8};
   EXPECT_TRUE(empty.FPS() == 25 && !missing.mData && missing.W == 0 && missing.H == 0);
+  test_files::ScratchFolder folder;
+  test_files::WriteBytes("knob.png", EncodePng({2, 8, false, false}, 4, 6, 6));
+  HeadlessGraphics loader(&plug, 8, 8, std::filesystem::current_path());
+  const IBitmap knob = loader.LoadIBitmap(4242, "knob.png", 2);
+  EXPECT_TRUE(knob.mData && knob.W == 4 && knob.H == 6 && knob.N == 2);
   EXPECT_TRUE(empty.Draw(&r) && empty.mScreenUpdates == 0);
   const IRECT a{10, 10, 20, 20}, corner{0, 0, 10, 10}, inside{12, 12, 14, 14}, apart{21, 0, 30, 9};
   EXPECT_TRUE(Meets(a, corner) && !Meets(corner, a) && Meets(a, inside) && Meets(inside, a));
@@ -190,14 +198,10 @@ TEST(Surface, EventsReachTheRightControl) {
 
 namespace {
 
-// Where a line of text leaves ink on a black 64 × 48 back buffer, and whether a pixel took the
-// colour whole (full coverage).
-struct Ink {
-  int left = 99, right = -1, top = 99, bottom = -1;
-  bool solid = false;
-};
-
-Ink InkOf(IText text, const char* str, IRECT rect, IRECT area = {0, 0, 64, 48}) {
+// The box {left, right, top, bottom} of the ink a line of text leaves on the black back buffer,
+// and whether some pixel took the text's colour whole.
+std::pair<std::array<int, 4>, bool> InkOf(IText text, const char* str, IRECT rect,
+                                          IRECT area = {0, 0, 64, 48}) {
   EditorPlug plug;
   TestEditor canvas(&plug);
   canvas.PrepDraw();
@@ -205,54 +209,49 @@ Ink InkOf(IText text, const char* str, IRECT rect, IRECT area = {0, 0, 64, 48}) 
     EXPECT_TRUE(g->DrawIText(&text, const_cast<char*>(str), &rect));
   }));
   canvas.Draw(&area);
-  Ink ink;
-  const IColor& c = text.mColor;
+  std::array<int, 4> ink{99, -1, 99, -1};
+  bool solid = false;
   for (int y = 0; y < 48; ++y)
-    for (int x = 0; x < 64; ++x) {
-      const std::array<int, 3> p = canvas.Pixel(x, y);
-      if (p == std::array{0, 0, 0}) continue;
-      ink = {std::min(ink.left, x), std::max(ink.right, x), std::min(ink.top, y),
-             std::max(ink.bottom, y), ink.solid || p == std::array{c.R, c.G, c.B}};
-    }
-  return ink;
+    for (int x = 0; x < 64; ++x)
+      if (const auto p = canvas.Pixel(x, y); p != std::array{0, 0, 0}) {
+        ink = {std::min(ink[0], x), std::max(ink[1], x), std::min(ink[2], y), std::max(ink[3], y)};
+        solid |= p == std::array{text.mColor.R, text.mColor.G, text.mColor.B};
+      }
+  return {ink, solid};
 }
 
 }  // namespace
 
 // Text lands inside its rectangle and the area being redrawn, vertically centred and placed by
-// the alignment, in the text's colour; a transparent colour leaves no ink, UTF-8 is decoded (a
-// cut sequence shows a replacement mark). Measuring gives the advances' width and keeps left and
-// top.
+// the alignment, in the text's colour; a transparent colour leaves no ink; UTF-8 is decoded (a
+// cut sequence shows a replacement mark). Measuring gives the advances' width and a line height.
 TEST(Surface, TextIsAlignedColouredAndClipped) {
   IText text;
   text.mSize = 14, text.mColor = {255, 200, 100, 50};
   const IRECT rect{4, 8, 60, 40};
-  text.mAlign = 0;
-  const Ink left = InkOf(text, "Tarn", rect);
-  text.mAlign = 2;
-  const Ink right = InkOf(text, "Tarn", rect);
-  text.mAlign = 1;
-  const Ink centre = InkOf(text, "Tarn", rect);
-  EXPECT_TRUE(left.solid && left.left >= 4 && left.left <= 6 && right.right >= 57 &&
-              right.right < 60);
-  EXPECT_EQ(centre.right - left.right, (right.right - left.right) / 2);  // half the room left
-  EXPECT_NEAR(centre.top + centre.bottom, 48, 6);
-  EXPECT_TRUE(centre.top > 8 && centre.bottom < 40 && right.left - left.left > 20);
-  const Ink clipped = InkOf(text, "Saturation", {20, 8, 44, 40}, {0, 0, 30, 48});
-  EXPECT_TRUE(clipped.left >= 20 && clipped.right < 30);
-  EXPECT_GE(InkOf(text, "\xC2\xB0", rect).right, 0);  // a degree sign
-  EXPECT_GE(InkOf(text, "\xE2", rect).right, 0);
+  std::array<int, 4> ink[3];
+  for (int align : {0, 1, 2}) {
+    text.mAlign = align;
+    const auto [box, solid] = InkOf(text, "Tarn", rect);
+    EXPECT_TRUE(solid && box[2] > 8 && box[3] < 40 && std::abs(box[2] + box[3] - 48) <= 6);
+    ink[align] = box;
+  }
+  EXPECT_TRUE(ink[0][0] >= 4 && ink[0][0] <= 6 && ink[2][1] >= 57 && ink[2][1] < 60);
+  EXPECT_EQ(ink[1][1] - ink[0][1], (ink[2][1] - ink[0][1]) / 2);  // half the room each side
+  const auto clipped = InkOf(text, "Saturation", {20, 8, 44, 40}, {0, 0, 30, 48}).first;
+  EXPECT_TRUE(clipped[0] >= 20 && clipped[1] < 30);
+  EXPECT_TRUE(InkOf(text, "\xC2\xB0", rect).first[1] >= 0 &&
+              InkOf(text, "\xE2", rect).first[1] >= 0);
   text.mColor.A = 0;
-  EXPECT_LT(InkOf(text, "Tarn", rect).right, 0);
-
+  EXPECT_LT(InkOf(text, "Tarn", rect).first[1], 0);
   EditorPlug plug;
   HeadlessGraphics editor(&plug, 8, 8);
   IText plain, none;
   none.mSize = 0;
   IRECT one{3, 5, 0, 0}, two{3, 5, 0, 0};
   EXPECT_TRUE(editor.MeasureIText(&plain, const_cast<char*>("M"), &one) &&
-              editor.MeasureIText(&plain, const_cast<char*>("MM"), &two));
+              editor.MeasureIText(&plain, const_cast<char*>("MM"), &two) && plain.mCached);
   EXPECT_TRUE(one.L == 3 && one.T == 5 && one.W() > 0 && two.W() == 2 * one.W());
-  EXPECT_TRUE(one.H() >= 10 && one.H() <= 20 && plain.mCached);
+  EXPECT_TRUE(one.H() >= 10 && one.H() <= 20);
   EXPECT_FALSE(editor.MeasureIText(&none, const_cast<char*>("M"), &one));
 }
