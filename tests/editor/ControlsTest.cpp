@@ -7,15 +7,6 @@
 
 namespace {
 
-// A plain control with a text, to stand for the value and name displays.
-struct Label : IControl {
-  Label() : IControl(nullptr, {}) {}
-  bool Draw(IGraphics*) override { return true; }
-  const char* GetTextToShow() const override { return text.c_str(); }
-  void SetTextToShow(const char* t) override { text = t; }
-  std::string text;
-};
-
 // The frame a bitmap control shows at each value, read from the back buffer's red channel.
 std::string FramesShown(TestEditor& editor, IControl* control,
                         std::initializer_list<double> values) {
@@ -133,7 +124,7 @@ TEST(Controls, DefaultsDisplaysGrayingAndAuxiliaries) {
   auto* editor = new TestEditor(&plug);
   IBitmap lamp = editor->Frames(3, 3, 3);
   auto* knob = new IKnobMultiControl(&plug, 0, 0, 0, &lamp);
-  Label value, name;
+  RecordingControl value(nullptr, -1), name(nullptr, -1);
   knob->SetValDisplayControl(&value), knob->SetNameDisplayControl(&name);
   knob->AddAuxParam(3);
   editor->AttachControl(knob);

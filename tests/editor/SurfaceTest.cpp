@@ -5,7 +5,6 @@
 #include "EditorTesting.h"
 #include "PngSamples.h"
 #include "ScratchFolder.h"
-#include "editor/IKnobControl.h"
 
 namespace {
 
@@ -14,6 +13,16 @@ struct Painter : IControl {
   Painter(IRECT r, std::function<void(IGraphics*)> paint) : IControl(nullptr, r), paint(paint) {}
   bool Draw(IGraphics* g) override { return paint(g), true; }
   std::function<void(IGraphics*)> paint;
+};
+
+// A black 64 × 48 back buffer after one redraw of area by a control whose drawing is paint.
+struct Canvas : TestEditor {
+  explicit Canvas(std::function<void(IGraphics*)> paint, IRECT area = {0, 0, 64, 48})
+      : TestEditor(nullptr) {
+    PrepDraw();
+    AttachControl(new Painter({0, 0, 64, 48}, paint));
+    Draw(&area);
+  }
 };
 
 std::string Draws(const std::vector<RecordingControl*>& controls) {
@@ -89,24 +98,18 @@ TEST(Surface, DrawBitmapPicksFramesAndClips) {
   const std::tuple<IBitmap*, int, int, int> cases[] = {
       {&tall, 3, 0, 7}, {&tall, 2, 0, 3}, {&tall, 0, 0, 0}, {&wide, 3, 4, 0}, {&single, 3, 0, 0}};
   for (auto [bitmap, state, x, y] : cases) {
-    TestEditor canvas(&plug);
-    canvas.PrepDraw();
-    IRECT dest{2, 2, 8, 12}, area{3, 4, 5, 6};
+    IRECT dest{2, 2, 8, 12};
     bool drawn = false;
     IBitmap* shown = bitmap;  // a lambda cannot capture the loop's structured bindings
     const int frame = state;
-    canvas.AttachControl(
-        new Painter(dest, [&](IGraphics* g) { drawn = g->DrawBitmap(shown, &dest, frame, 0); }));
-    canvas.Draw(&area);
+    Canvas canvas([&](IGraphics* g) { drawn = g->DrawBitmap(shown, &dest, frame, 0); },
+                  {3, 4, 5, 6});
     EXPECT_EQ(canvas.Pixel(3, 4), (std::array{(y + 2) / 5 + 1, x + 1, (y + 2) % 5})) << state;
     EXPECT_TRUE(drawn && canvas.Pixel(2, 2) == (std::array{0, 0, 0}));  // outside: untouched
   }
-  TestEditor canvas(&plug);
-  canvas.PrepDraw();
-  IRECT box{1, 1, 4, 3}, all{0, 0, 64, 48};
+  IRECT box{1, 1, 4, 3};
   const IColor grey{255, 9, 9, 9};
-  canvas.AttachControl(new Painter(all, [&](IGraphics* g) { g->DrawRect(&grey, &box); }));
-  canvas.Draw(&all);  // an outline through the corners, end points included
+  Canvas canvas([&](IGraphics* g) { g->DrawRect(&grey, &box); });  // end points included
   std::string outline;
   for (int i = 0; i < 30; ++i) outline += canvas.Pixel(i % 6, i / 6)[0] ? '#' : '.';
   EXPECT_EQ(outline,
@@ -122,23 +125,20 @@ namespace {
 // Records which events reach it: "d" down, "u" up, "g" drag dX dY, "2" double click, "w" wheel,
 // "k" key, "o" over, "x" out.
 struct Target : IControl {
-  Target(IPlugBase* plug, IRECT r, int param, std::string* log)
-      : IControl(plug, r, param), log(log) {}
+  Target(IPlugBase* plug, IRECT r, int param, std::string* log, std::string tag)
+      : IControl(plug, r, param), log(log), tag(tag) {}
   bool Draw(IGraphics*) override { return true; }
-  void OnMouseDown(int, int, IMouseMod*) override { *log += tag + "d,"; }
-  void OnMouseUp(int, int, IMouseMod*) override { *log += tag + "u,"; }
+  void Log(const std::string& event) { *log += tag + event + ","; }
+  void OnMouseDown(int, int, IMouseMod*) override { Log("d"); }
+  void OnMouseUp(int, int, IMouseMod*) override { Log("u"); }
   void OnMouseDrag(int, int, int dX, int dY, IMouseMod*) override {
-    *log += tag + "g" + std::to_string(dX) + " " + std::to_string(dY) + ",";
+    Log("g" + std::to_string(dX) + " " + std::to_string(dY));
   }
-  void OnMouseDblClick(int, int, IMouseMod*) override { *log += tag + "2,"; }
-  void OnMouseWheel(int, int, IMouseMod*, int d) override {
-    *log += tag + "w" + std::to_string(d) + ",";
-  }
-  bool OnKeyDown(int, int, int key) override {
-    return *log += tag + "k" + std::to_string(key) + ",", true;
-  }
-  void OnMouseOver(int, int, IMouseMod*) override { *log += tag + "o,"; }
-  void OnMouseOut() override { *log += tag + "x,"; }
+  void OnMouseDblClick(int, int, IMouseMod*) override { Log("2"); }
+  void OnMouseWheel(int, int, IMouseMod*, int d) override { Log("w" + std::to_string(d)); }
+  bool OnKeyDown(int, int, int key) override { return Log("k" + std::to_string(key)), true; }
+  void OnMouseOver(int, int, IMouseMod*) override { Log("o"); }
+  void OnMouseOut() override { Log("x"); }
   std::string* log;
   std::string tag;
 };
@@ -152,17 +152,11 @@ TEST(Surface, EventsReachTheRightControl) {
   EditorPlug plug;
   TestEditor editor(&plug);
   std::string& log = plug.log;
-  auto add = [&](IRECT r, int param, const char* tag) {
-    auto* t = new Target(&plug, r, param, &log);
-    t->tag = tag;
-    return editor.AttachControl(t), t;
-  };
-  Target* low = add({0, 0, 20, 20}, 0, "A");
-  Target* high = add({10, 10, 30, 30}, 1, "B");
+  auto* low = new Target(&plug, {0, 0, 20, 20}, 0, &log, "A");
+  auto* high = new Target(&plug, {10, 10, 30, 30}, 1, &log, "B");
+  editor.AttachControl(low), editor.AttachControl(high);
   EXPECT_FALSE(editor.OnKeyDown(50, 40, 1));  // nothing hit and no key catcher
-  Target* catcher = new Target(&plug, {}, -1, &log);
-  catcher->tag = "K";
-  editor.SetKeyCatcher(catcher);
+  editor.SetKeyCatcher(new Target(&plug, {}, -1, &log, "K"));
   editor.AttachBackground(1064048, "");  // 64 × 48, attached last, still control 0
   IMouseMod mod;
   editor.OnMouseDown(15, 15, &mod);  // B is on top
