@@ -6,7 +6,8 @@ function(tarn_add_gtest name)
   target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gtest GTest::gtest_main Threads::Threads)
   # Named after their program, so "ctest -R ^tarn_lice" picks one subsystem's tests.
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_PREFIX "${name}."
-    PROPERTIES LABELS "${T_LABELS}")
+    PROPERTIES LABELS "${T_LABELS}"
+    ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan-suppressions.txt")
 endfunction()
 
 # tarn_add_bench(NAME SOURCES a.cpp LIBS lib1)
