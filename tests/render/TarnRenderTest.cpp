@@ -1,5 +1,6 @@
 // The whole program with a stand-in effect simple enough to predict by hand: what it writes, what
-// it asks of the effect in what order, and that every failure prints one line and leaves no file.
+// it asks of the effect in what order, and that every failure prints one line and leaves no file;
+// then the real plug-in behind it.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -13,7 +14,9 @@
 #include <regex>
 #include <sstream>
 
+#include "AllocationCounter.h"
 #include "AtomicFile.h"
+#include "EffectSession.h"
 #include "FloatWavWriter.h"
 #include "LevelStats.h"
 #include "ProgressDisplay.h"
@@ -56,9 +59,17 @@ Sound ReadSound(const std::string& path) {
 std::string Collapsed(const std::string& t) { return std::regex_replace(t, std::regex(" +"), " "); }
 bool Contains(const std::string& text, const std::string& part) { return text.find(part) + 1; }
 
-Bytes StateOf(double gain, double mode) {
-  const double values[] = {gain, mode};
-  return Bytes(reinterpret_cast<const char*>(values), reinterpret_cast<const char*>(values + 2));
+// A state as the effects save it: the parameters' values as doubles, in index order.
+Bytes StateOf(std::vector<double> values) {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(values.data());
+  return Bytes(bytes, bytes + values.size() * sizeof(double));
+}
+
+// A square wave of +-level with a period of 50 frames, 1050 frames long.
+std::vector<float> Square(float level) {
+  std::vector<float> samples;
+  for (int i = 0; i < 1050; ++i) samples.push_back((i / 25) % 2 ? -level : level);
+  return samples;
 }
 
 // "Output Gain" (0 to 2, default 1) multiplies; "Mode" has the texts "A", "B", "C"; the state is
@@ -72,7 +83,7 @@ class FakeEffect : public RenderEffect {
     };
     return {{"Output Gain", 0, 2, {}, nullptr}, {"Mode", 0, 2, {"A", "B", "C"}, mode}};
   }
-  Bytes SaveState() override { return StateOf(mValues[0], mValues[1]); }
+  Bytes SaveState() override { return StateOf({mValues[0], mValues[1]}); }
   std::string RestoreState(const Bytes& state) override {
     std::memcpy(mValues, state.data(), 16);
     return std::isnan(mValues[0]) ? "holds NaN" : Log("restore", {mValues[0], mValues[1]});
@@ -107,12 +118,13 @@ struct Result {
   std::string out, err;
 };
 
-// in.wav: 1050 frames of a mono square wave of +-0.5 at 44.1 kHz, exact in 16 bits.
+// in.wav: the square wave of +-0.5, mono at 44.1 kHz, exact in 16 bits; links "1" to "41" each
+// to the one before, "0" not there.
 class TarnRender : public ::testing::Test {
  protected:
   TarnRender() {
-    for (int i = 0; i < 1050; ++i) mInput.samples.push_back((i / 25) % 2 ? -0.5f : 0.5f);
     WriteSound("in.wav", mInput);
+    for (int i = 1; i <= 41; ++i) symlink(std::to_string(i - 1).c_str(), std::to_string(i).c_str());
   }
   Result Run(const Names& args) {
     std::ostringstream out, err;
@@ -120,13 +132,8 @@ class TarnRender : public ::testing::Test {
     const int status = RunTarnRender(args, factory, {out, err, false}, mInterrupted);
     return {status, out.str(), err.str()};
   }
-  std::vector<float> Scaled(float gain) const {
-    std::vector<float> s = mInput.samples;
-    for (float& x : s) x *= gain;
-    return s;
-  }
   ScratchFolder mHere;
-  Sound mInput;
+  Sound mInput{1, 44100, Square(0.5f)};
   Names mLog;
   std::function<bool()> mInterrupted = [] { return false; };
 };
@@ -161,7 +168,7 @@ TEST_F(TarnRender, DrivesTheEffectAsAHostRestoringASession) {
             "tarn-render: warning: \"Output Gain\" 5 is outside its range 0 to 2; using 2\n");
   const Sound out = ReadSound("in-tarn.wav");
   EXPECT_EQ(std::make_tuple(out.nChannels, out.rate, out.format, out.samples),
-            std::make_tuple(1, 44100, kFloatWav, Scaled(2.0f)));
+            std::make_tuple(1, 44100, kFloatWav, Square(1.0f)));
   // +-0.5 reads 20 log10(0.5) = -6.02 dBFS, peak and RMS; doubled, 0.00.
   EXPECT_TRUE(Contains(Collapsed(r.out),
                        "effect ran at 96000 Hz\n peak dBFS RMS dBFS\n input mono "
@@ -172,14 +179,13 @@ TEST_F(TarnRender, DrivesTheEffectAsAHostRestoringASession) {
 }
 
 // --save-state writes the state after the -p settings; --load-state restores it in place of the
-// defaults, before them. An existing output is replaced; one frame at 768 kHz renders like any.
-// Long options take --name=VALUE, and "--" ends the options.
+// defaults, before them. One frame at 768 kHz renders like any. Long options take --name=VALUE,
+// and "--" ends the options.
 TEST_F(TarnRender, SavesTheStateAfterTheSettingsAndLoadsItBefore) {
-  WriteBytes("in-tarn.wav", {'o', 'l', 'd'});
   ASSERT_EQ(Run({"--param=gain=1.5", "-p", "mode=B", "--save-state=s", "--", "in.wav"}).status, 0);
   EXPECT_EQ(std::make_pair(ReadBytes("s"), ReadSound("in-tarn.wav").samples),
-            std::make_pair(StateOf(1.5, 1.0), Scaled(1.5f)));
-  WriteBytes("l", StateOf(0.25, 2.0));
+            std::make_pair(StateOf({1.5, 1.0}), Square(0.75f)));
+  WriteBytes("l", StateOf({0.25, 2.0}));
   WriteSound("one.wav", Sound{1, 768000, {0.5f}});
   mLog.clear();
   ASSERT_EQ(Run({"one.wav", "--load-state", "l", "-p", "mode=A"}).status, 0);
@@ -220,7 +226,6 @@ TEST_F(TarnRender, WritesIntoFifosAndThroughLinks) {
   ASSERT_EQ(mkdir("sub", 0755) | symlink("sub/old.wav", "link") | symlink("link", "chain") |
                 symlink("new.wav", "sub/dangling"),
             0);
-  for (int i = 1; i <= 40; ++i) symlink(std::to_string(i - 1).c_str(), std::to_string(i).c_str());
   WriteBytes("sub/old.wav", {'o', 'l', 'd'});
   for (const char* output : {"chain", "sub/dangling", "40"}) {
     Run({"in.wav", "-o", output});
@@ -237,9 +242,8 @@ TEST_F(TarnRender, BadInputsFailWithOneLineAndLeaveNoFile) {
   WriteSound("empty.wav", Sound{});
   WriteSound("fast.wav", Sound{1, 768001, {0.5f}});
   WriteBytes("short.state", Bytes(15));
-  WriteBytes("nan.state", StateOf(NAN, 0.0));
+  WriteBytes("nan.state", StateOf({NAN, 0.0}));
   ASSERT_EQ(link("in.wav", "hard.wav") | symlink("loop", "loop") | symlink("loop2", "loop2"), 0);
-  for (int i = 1; i <= 41; ++i) symlink(std::to_string(i - 1).c_str(), std::to_string(i).c_str());
   const Names before = List();
   const Bytes input = ReadBytes("in.wav");
   const std::pair<Names, std::string> cases[] = {
@@ -266,8 +270,7 @@ TEST_F(TarnRender, BadInputsFailWithOneLineAndLeaveNoFile) {
         << r.err;
     EXPECT_TRUE(r.out.empty() && List() == before && ReadBytes("in.wav") == input);
   }
-  mLog.clear();
-  mInterrupted = [this] { return mLog.size() > 4; };  // after the third block
+  mInterrupted = [calls = 0]() mutable { return ++calls > 3; };  // after the third block
   EXPECT_EQ(Run({"in.wav", "--block", "10"}).err, "tarn-render: interrupted\n");
   EXPECT_EQ(std::make_pair(mLog.back(), List()), std::make_pair("block 10"s, before));
 }
@@ -341,6 +344,53 @@ TEST(HeaderFirstStream, SendsThePredictedHeaderFirstAndChecksItAtTheEnd) {
     ASSERT_TRUE(file->Commit(&error)) << error;
     EXPECT_EQ(ReadBytes("out"), (Bytes{'H', 'D', 'R', '!', 'a', 'b', 'c', 'd'}));
   }
+}
+
+// Names, ranges and texts as the plug-in defines them; the state is 64 bytes of plain values, the
+// defaults at first, and a state that is not whole is refused, keeping the one there was. Nothing
+// on the audio path allocates, in blocks of any size up to the announced largest.
+TEST(EffectSession, TableStateAndAudioPathComeFromThePlugIn) {
+  EffectSession session;
+  EXPECT_EQ(DescribeParams(session.Params()),
+            "  \"Input Trim\": -20 to 20\n  \"Drive\": 0 to 10\n  \"Output Compensation\": -20 to "
+            "20\n  \"Asymmetry\": 0 to 10\n  \"Freq Response\": -10 to 10\n  \"Crosstalk Level\": "
+            "-120 to -60\n  \"VU Mode\": 0 to 2 or \"Input\", \"RMS Difference Out-In\", "
+            "\"Output\"\n  \"Bypass\": 0 to 1 or \"off\", \"on\"\n");
+  EXPECT_EQ(session.RestoreState(Bytes(63)), "is 63 bytes; a state is 64 bytes");
+  EXPECT_EQ(session.SaveState(), StateOf({0, 0, 0, 5, 0, -90, 0, 0}));
+  session.Prepare(44100.0, 2, 256);
+  std::vector<float> l(256, 0.25f), r(256, 0.25f), outL(256), outR(256);
+  float* in[] = {l.data(), r.data()};
+  float* out[] = {outL.data(), outR.data()};
+  AllocationScope scope;
+  for (int i = 0; i < 20; ++i) session.Process(in, out, i % 3 ? 256 : 100);
+  EXPECT_EQ(scope.Count(), 0);
+  EXPECT_GT(session.Needle(), 0.0);
+}
+
+// The same settings give the same file to the byte in any block size, and from the state they
+// saved, which holds them clamped as host automation is; --rate reaches the plug-in. Every
+// parameter is reached by the short key users are told of, a text in any letter case.
+TEST(EffectSession, DemoRendersAreTheSameToTheByteInAnyBlockSize) {
+  ScratchFolder here;
+  Names settings;
+  for (const char* s : {"trim=-3", "drive=16", "output=2.5", "asymmetry=1", "freq=-1e1",
+                        "crosstalk=-70", "vumode=rms difference out-in", "bypass=0"})
+    settings.insert(settings.end(), {"-p", s});
+  const auto render = [&](const std::string& block, const std::string& name) {
+    Names args = settings;
+    args.insert(args.end(), {"--block", block, "-o", name, "--save-state", name + ".state"});
+    std::ostringstream out, err;
+    EXPECT_EQ(RunTarnRender(args, MakeTarnEffect, {out, err, false}, [] { return false; }), 0);
+    return ReadBytes(name);
+  };
+  const Bytes reference = render("512", "first.wav");
+  for (const char* block : {"1", "64", "8192"}) EXPECT_EQ(render(block, block), reference) << block;
+  EXPECT_EQ(ReadBytes("first.wav.state"), StateOf({-3, 10, 2.5, 1, -10, -70, 1, 0}));
+  settings = {"--load-state", "first.wav.state"};
+  EXPECT_EQ(render("512", "loaded.wav"), reference);
+  settings.insert(settings.end(), {"--rate", "96000"});
+  EXPECT_NE(render("512", "fast.wav"), reference);
 }
 
 }  // namespace
