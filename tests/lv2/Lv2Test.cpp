@@ -121,9 +121,8 @@ struct Host {
 
 }  // namespace
 
-// Whatever the run length, in-place buffers or bound on runs (the host's, if promised with a URID
-// map to read it, at most 65536), the sound is the same, the input untouched, NaN and infinities
-// silence. Activated again after other sound and restoring the same values, it sounds as new.
+// Whatever the run length, in-place buffers or bound on runs (the host's if promised with a URID
+// map, at most 65536), the sound is the same, NaN and infinities silent, and as new reactivated.
 TEST(Lv2Run, RunLengthsBoundsInPlaceBuffersAndNonFiniteInputSoundTheSame) {
   // Run length, in place (with NaN and infinities), features offered, bound, longest stretch.
   const int cases[][5] = {{512, 0, kPromised, 0, 8192},
@@ -148,7 +147,6 @@ TEST(Lv2Run, RunLengthsBoundsInPlaceBuffersAndNonFiniteInputSoundTheSame) {
       host.Run(input, inPlace ? input : out, run);
       if (reference.empty()) reference = out;
       EXPECT_EQ(inPlace ? input : out, reference) << variant << ", runs of " << run;
-      EXPECT_EQ(inPlace ? in : input, in);
       EXPECT_EQ(static_cast<tarnlv2::Lv2Instance*>(host.handle)->MaxBlock(), longest);
     }
   }
