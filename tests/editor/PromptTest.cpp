@@ -28,7 +28,7 @@ TEST(Prompt, MenuOfStates) {
   IKnobMultiControl *mode = p.Knob(1), *on = p.Knob(2);
   p.plug.SetParameter(1, 1.0);
   std::string shown;
-  std::vector<int> answers = {2, -1, 1};
+  std::vector<int> answers = {0, 3, 1};  // 3 is past the end: dismissed
   p.editor->AnswerMenusWith([&](const IPopupMenu& menu) {
     for (int i = 0; i < menu.GetNItems(); ++i)
       shown +=
@@ -38,11 +38,11 @@ TEST(Prompt, MenuOfStates) {
   });
   p.plug.log.clear();
   mode->OnMouseDown(12, 12, &p.right);
-  EXPECT_TRUE(mode->GetValue() == 1.0 && p.plug.GetParam(1)->Value() == 2.0);
+  EXPECT_TRUE(mode->GetValue() == 0.0 && p.plug.GetParam(1)->Value() == 0.0);
   mode->OnMouseDown(12, 12, &p.right);  // dismissed
   on->OnMouseDown(12, 12, &p.right);
-  EXPECT_EQ(shown, "Input RMS* Output Input RMS Output* off* on ");
-  EXPECT_EQ(p.plug.log, "set 1 1,set 2 1,");
+  EXPECT_EQ(shown, "Input RMS* Output Input* RMS Output off* on ");
+  EXPECT_EQ(p.plug.log, "set 1 0,set 2 1,");
 }
 
 // A 30 × 16 field centred on the control holds the value's text; digits, signs and (for doubles)
@@ -64,9 +64,9 @@ TEST(Prompt, ValueFieldFiltersAndApplies) {
   EXPECT_TRUE(p.editor->Type("\b+1") && !p.editor->Type(".") && p.editor->Type("2-"));
   p.editor->CommitTextEntry();  // signs pass anywhere; the number is read up to the first misfit
   EXPECT_EQ(p.plug.GetParam(3)->Value(), 12.0);
-  const TextEntryFilter one{nullptr, 1, 0}, upToFive{nullptr, 0, 5};  // a maximum value, if set
-  EXPECT_TRUE(!one.Accepts("12") && one.Accepts("x") && upToFive.Accepts("5") &&
-              !upToFive.Accepts("6"));
+  const TextEntryFilter one{nullptr, 1, 0}, upToOne{nullptr, 0, 1};  // a maximum value, if set
+  EXPECT_TRUE(!one.Accepts("12") && one.Accepts("x") && upToOne.Accepts("1") &&
+              !upToOne.Accepts("2"));
   p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(0), "abc");
   p.plug.GetParam(1)->NegateDisplay();  // texts are looked up; unknown ones give state 0
   p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(1), "Output");

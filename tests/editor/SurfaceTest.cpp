@@ -48,6 +48,7 @@ TEST(Surface, DefaultsAndTheAsymmetricMeets) {
   HeadlessGraphics loader(&plug, 8, 8, std::filesystem::current_path());
   const IBitmap knob = loader.LoadIBitmap(4242, "knob.png", 2);
   EXPECT_TRUE(knob.mData && knob.W == 4 && knob.H == 6 && knob.N == 2);
+  EXPECT_FALSE(loader.LoadIBitmap(4243, nullptr, 1).mData);
   EXPECT_TRUE(empty.Draw(&r) && empty.mScreenUpdates == 0);
   const IRECT a{10, 10, 20, 20}, corner{0, 0, 10, 10}, inside{12, 12, 14, 14}, apart{21, 0, 30, 9};
   EXPECT_TRUE(Meets(a, corner) && !Meets(corner, a) && Meets(a, inside) && Meets(inside, a));
@@ -185,9 +186,10 @@ TEST(Surface, EventsReachTheRightControl) {
   log.clear();
   EXPECT_FALSE(editor.OnMouseOver(15, 15, &mod));  // not handled yet
   editor.HandleMouseOver(true);
+  editor.OnMouseOver(15, 15, &mod);  // the grayed B lets it through to A
   high->SetMOWhenGrayed(true);
   EXPECT_TRUE(editor.OnMouseOver(15, 15, &mod) && editor.OnMouseOver(5, 5, &mod));
-  EXPECT_EQ(log, "Bo,Ao,Bx,");
+  EXPECT_EQ(log, "Ao,Bo,Ax,Ao,Bx,");
 }
 
 namespace {
@@ -222,7 +224,7 @@ std::pair<std::array<int, 4>, bool> InkOf(IText text, const char* str, IRECT rec
 TEST(Surface, TextIsAlignedColouredAndClipped) {
   IText text;
   text.mSize = 14, text.mColor = {255, 200, 100, 50};
-  const IRECT rect{4, 8, 60, 40};
+  IRECT rect{4, 8, 60, 40};
   std::array<int, 4> ink[3];
   for (int align : {0, 1, 2}) {
     text.mAlign = align;
@@ -234,18 +236,21 @@ TEST(Surface, TextIsAlignedColouredAndClipped) {
   EXPECT_EQ(ink[1][1] - ink[0][1], (ink[2][1] - ink[0][1]) / 2);  // half the room each side
   const auto clipped = InkOf(text, "Saturation", {20, 8, 44, 40}, {0, 0, 30, 48}).first;
   EXPECT_TRUE(clipped[0] >= 20 && clipped[1] < 30);
-  EXPECT_TRUE(InkOf(text, "\xC2\xB0", rect).first[1] >= 0 &&
-              InkOf(text, "\xE2", rect).first[1] >= 0);
+  const std::array<int, 4> degree = InkOf(text, "\xC2\xB0", rect).first;
+  EXPECT_TRUE(degree[1] >= 0 && degree[3] < (ink[1][2] + ink[1][3]) / 2);  // a raised mark
+  EXPECT_GE(InkOf(text, "\xE2", rect).first[1], 0);
+  Canvas([&](IGraphics* g) { EXPECT_FALSE(g->DrawIText(&text, nullptr, &rect)); });
   text.mColor.A = 0;
   EXPECT_LT(InkOf(text, "Tarn", rect).first[1], 0);
   EditorPlug plug;
   HeadlessGraphics editor(&plug, 8, 8);
-  IText plain, none;
-  none.mSize = 0;
+  IText plain, none, tiny;
+  none.mSize = 0, tiny.mSize = 1;
   IRECT one{3, 5, 0, 0}, two{3, 5, 0, 0};
   EXPECT_TRUE(editor.MeasureIText(&plain, const_cast<char*>("M"), &one) &&
               editor.MeasureIText(&plain, const_cast<char*>("MM"), &two) && plain.mCached);
   EXPECT_TRUE(one.L == 3 && one.T == 5 && one.W() > 0 && two.W() == 2 * one.W());
   EXPECT_TRUE(one.H() >= 10 && one.H() <= 20);
+  EXPECT_TRUE(editor.MeasureIText(&tiny, const_cast<char*>("M"), &two));
   EXPECT_FALSE(editor.MeasureIText(&none, const_cast<char*>("M"), &one));
 }
