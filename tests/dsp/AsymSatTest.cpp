@@ -1,6 +1,7 @@
 #include <type_traits>
 
 #include "DspTesting.h"
+#include "dsp/Decibels.h"
 
 static AsymSat Initialised(double fs, double driveDb, double tone, double drift, double asymmetry) {
   AsymSat sat;
@@ -28,9 +29,9 @@ TEST(AsymSat, ConstructedAndInitialisedConstants) {
                    full = Initialised(48000.0, 20.0, 0.0, 0.2, 1.0);
   EXPECT_EQ(std::tuple(f.detOffset, f.detSlope, f.detHold, f.evenWeight, f.oversample,
                        f.drift[0].count, f.memIn, f.memFb, f.postScale, f.postFb, f.posKnee,
-                       f.posKneeInv, f.negKnee, f.negKneeInv),
+                       f.posKneeInv, f.negKnee, f.negKneeInv, kDbToLinear, kLinearToDb),
             std::tuple(106.0, -0.5833333333333334, 1, 0.05, 0, 4, 0.5, 0.5, 0.5, 0.5, 1.0, 1.0, 1.0,
-                       1.0));
+                       1.0, 0.1151292546497, 8.685889638065037));
   EXPECT_EQ(
       std::tuple(s.oversample, s.detOffset, s.detSlope, s.detHold,
                  Initialised(96000.0, 0, 0, 0, 0).detHold, s.drift[0].step, s.memFb,
@@ -124,4 +125,10 @@ TEST(AsymSat, DriftFollowsItsOwnRandomSequence) {
   DriftGenerator broken{4, 0.25, 0.5, 0.5, std::nan(""), 0.75};
   broken.advance(expected);
   EXPECT_EQ(broken.target, 0.75);
+  // From its start at 1.0 the value glides a quarter of the way to the target each step: one
+  // step to 10 gives 10·0.25 + 1·0.75, the next 10·0.25 + 3.25·0.75.
+  DriftGenerator glide;
+  glide.count = 1, glide.step = 10.0, glide.coef = 0.75, glide.coefInv = 0.25;
+  const double first = glide.advance(expected);
+  EXPECT_EQ(std::pair(first, glide.advance(expected)), std::pair(3.25, 4.9375));
 }

@@ -1,4 +1,5 @@
 #include "DspTesting.h"
+#include "dsp/SplitHalfBand.h"
 
 namespace {
 
@@ -88,6 +89,11 @@ TEST(RBJ, StepsTheDifferenceEquationAndFlushes) {
 
 // The stated first impulse outputs; flat to 0.24 of the rate, -3 dB at 0.25, -100 dB from 0.26.
 TEST(HalfBandFilter, StatedImpulseAndAQuarterRateCutoff) {
+  LanePair sub[9] = {{1.0, 2.0}}, scratch[9];  // 4 frames, then a guard past each buffer
+  scratch[8] = LanePair{7.0, 7.0}, sub[8] = LanePair{5.0, 5.0};
+  HalfBandFilter left, right;
+  SplitHalfBand<LanePair>::process(left, right, sub, scratch, 4);
+  EXPECT_TRUE(scratch[8][0] == 7.0 && sub[8][1] == 5.0);
   HalfBandFilter f;
   EXPECT_EQ(f.process(1.0), 0.0018675060322128473);  // half the product of path A
   EXPECT_EQ(f.process(0.0), 0.015127691037798081);   // path B joins
@@ -107,6 +113,7 @@ TEST(OnePoleStage, ModesLanesAndFlush) {
     OnePoleStage s{mode, 0.125, 0.5, 0.7, 0.25, 0.125}, left = s;  // an input of 1 makes z 0.375
     EXPECT_DOUBLE_EQ(s.process(1.0), expected) << mode;
     EXPECT_EQ(s.z, 0.375);
+    EXPECT_EQ(OnePoleStage{7}.process(1.0), 0.0);  // a fresh stage's last output is silence
     for (auto [other, unused] : modes) {
       OnePoleStage right{other, 0.3, -0.2, -0.4, 0.0, 0.5};
       OnePoleLanes<LanePair> lanes(left, right);
