@@ -115,6 +115,7 @@ class IGraphics {
   void DrawStrict(IRECT* rect);
   void DrawAllOnDirtyBackground();
   void DrawEachDirtyControl();
+  IRECT ClipToDrawRECT(const IRECT& dest) const;
   // The text's font, looked up once and kept in the text; null when there is none.
   static LICE_CachedFont* CacheFont(IText* text);
   // For back ends that measure: dest keeps its left and top and gets the string's width and

@@ -36,13 +36,17 @@ bool IGraphics::DrawBitmap(IBitmap* bitmap, IRECT* dest, int bmpState, const ICh
   return DrawBitmap(bitmap, dest, srcX, srcY, blend);
 }
 
+// The part of dest inside the rectangle being redrawn; all zeros when they do not meet.
+IRECT IGraphics::ClipToDrawRECT(const IRECT& dest) const {
+  const IRECT& d = mDrawRECT;
+  if (dest.Empty() || d.Empty() || !Meets(d, dest)) return IRECT();
+  return {std::max(dest.L, d.L), std::max(dest.T, d.T), std::min(dest.R, d.R),
+          std::min(dest.B, d.B)};
+}
+
 bool IGraphics::DrawBitmap(IBitmap* bitmap, IRECT* dest, int srcX, int srcY,
                            const IChannelBlend* blend) {
-  const IRECT& d = mDrawRECT;
-  IRECT clip;
-  if (!dest->Empty() && !d.Empty() && Meets(d, *dest))
-    clip = {std::max(dest->L, d.L), std::max(dest->T, d.T), std::min(dest->R, d.R),
-            std::min(dest->B, d.B)};
+  const IRECT clip = ClipToDrawRECT(*dest);
   const float weight = blend ? blend->mWeight : 1.0f;
   LICE_Blit(mDrawBitmap, bitmap->mData, clip.L, clip.T, srcX + clip.L - dest->L,
             srcY + clip.T - dest->T, clip.R - clip.L, clip.B - clip.T, weight, BlitMode(blend));

@@ -1,7 +1,5 @@
 // Text for controls, in the raster library's cached fonts. Kept apart from the other drawing
 // services so that a program which never draws text does not link the font libraries' code.
-#include <algorithm>
-
 #include "editor/IGraphics.h"
 #include "lice/LICE_CachedFont.h"
 #include "lice/LICE_SysBitmap.h"
@@ -14,12 +12,11 @@ LICE_CachedFont* IGraphics::CacheFont(IText* text) {
 bool IGraphics::DrawIText(IText* text, char* str, IRECT* rect) {
   LICE_CachedFont* font = CacheFont(text);
   if (!mDrawBitmap || !str || !font) return false;
-  const IRECT& d = mDrawRECT;
-  const RECT layout{rect->L, rect->T, rect->R, rect->B};
-  const RECT clip{std::max(rect->L, d.L), std::max(rect->T, d.T), std::min(rect->R, d.R),
-                  std::min(rect->B, d.B)};
-  const IColor& c = text->mColor;
-  font->Draw(mDrawBitmap, str, layout, clip, text->mAlign, LICE_RGBA(c.R, c.G, c.B, c.A));
+  const IRECT c = ClipToDrawRECT(*rect);
+  const RECT layout{rect->L, rect->T, rect->R, rect->B}, clip{c.L, c.T, c.R, c.B};
+  const IColor& color = text->mColor;
+  font->Draw(mDrawBitmap, str, layout, clip, text->mAlign,
+             LICE_RGBA(color.R, color.G, color.B, color.A));
   return true;
 }
 

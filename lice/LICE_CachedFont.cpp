@@ -117,8 +117,8 @@ void LICE_CachedFont::Draw(LICE_IBitmap* dest, const char* utf8, const RECT& lay
   const int clipR = std::min(clip.right, dest->getWidth());
   const int clipB = std::min(clip.bottom, dest->getHeight());
   std::lock_guard<std::mutex> lock(mMutex);
-  const int free = layout.right - layout.left - Width(utf8);
-  int penX = layout.left + (align == 2 ? free : align == 1 ? free / 2 : 0);
+  const int room = layout.right - layout.left - Width(utf8);
+  int penX = layout.left + (align == 2 ? room : align == 1 ? room / 2 : 0);
   const int baseline = layout.top + (layout.bottom - layout.top - mAscent - mDescent) / 2 + mAscent;
   const int r = LICE_GETR(color), g = LICE_GETG(color), b = LICE_GETB(color);
   for (auto p = reinterpret_cast<const unsigned char*>(utf8); *p;) {
