@@ -27,11 +27,13 @@ static_assert(std::is_trivially_destructible_v<AsymSat>, "the effect destroys it
 TEST(AsymSat, ConstructedAndInitialisedConstants) {
   const AsymSat f, s = Initialised(44100.0, 0.0, 0.0, 0.4, 0.5),
                    full = Initialised(48000.0, 20.0, 0.0, 0.2, 1.0);
-  EXPECT_EQ(std::tuple(f.detOffset, f.detSlope, f.detHold, f.evenWeight, f.oversample,
-                       f.drift[0].count, f.memIn, f.memFb, f.postScale, f.postFb, f.posKnee,
-                       f.posKneeInv, f.negKnee, f.negKneeInv, kDbToLinear, kLinearToDb),
-            std::tuple(106.0, -0.5833333333333334, 1, 0.05, 0, 4, 0.5, 0.5, 0.5, 0.5, 1.0, 1.0, 1.0,
-                       1.0, 0.1151292546497, 8.685889638065037));
+  const DriftGenerator& d = f.drift[1];
+  EXPECT_EQ(
+      std::tuple(f.detOffset, f.detSlope, f.detHold, f.evenWeight, f.oversample, d.count, d.step,
+                 d.coef, d.coefInv, d.value, d.target, f.memIn, f.memFb, f.postScale, f.postFb,
+                 f.posKnee, f.posKneeInv, f.negKnee, f.negKneeInv, kDbToLinear, kLinearToDb),
+      std::tuple(106.0, -0.5833333333333334, 1, 0.05, 0, 4, 0.0, 0.0, 0.0, 1.0, 1.0, 0.5, 0.5, 0.5,
+                 0.5, 1.0, 1.0, 1.0, 1.0, 0.1151292546497, 8.685889638065037));
   EXPECT_EQ(
       std::tuple(s.oversample, s.detOffset, s.detSlope, s.detHold,
                  Initialised(96000.0, 0, 0, 0, 0).detHold, s.drift[0].step, s.memFb,

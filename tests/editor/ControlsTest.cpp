@@ -33,7 +33,6 @@ TEST(Controls, BitmapFramesFollowTheValue) {
   auto* bitmap = new IBitmapControl(&plug, 10, 10, -1, &lamp);
   editor.AttachControl(knob), editor.AttachControl(bitmap);
   editor.AttachBackground(1064048, "");  // a dirty background sets the area redrawn: all of it
-  EXPECT_EQ(knob->GetRECT(), (IRECT{0, 0, 2, 2}));
   EXPECT_EQ(FramesShown(editor, knob, {0.5, 1.0, 0.0, 1.7, -0.3}), "65 128 1 128 1 ");
   EXPECT_EQ(FramesShown(editor, bitmap, {0.49, 0.5, 2.0, -1.0, -2.0}), "1 2 2 1 1 ");
   EXPECT_TRUE(knob->IsDirty());  // drawn and cleaned first, then marked by the bitmap's draw
@@ -62,11 +61,10 @@ TEST(Controls, SwitchStepsKnobGearingAndWheel) {
     }
   EXPECT_EQ(steps, "1 0 1 0 1 0 1 0 0.5 1 0 0.5 ");
   EXPECT_EQ(plug.log, "set 2 1,set 2 0,set 2 1,set 2 0,");
-  plug.log.clear();
   IBitmap tall = editor.Frames(10, 40, 1), wide = editor.Frames(20, 5, 1);
   IKnobMultiControl knob(&plug, 0, 10, 0, &tall), across(&plug, 0, 0, 0, &wide, kHorizontal);
   across.SetGearing(2.0);
-  knob.OnMouseDrag(0, 0, 7, -160, &plain);
+  plug.log.clear(), knob.OnMouseDrag(0, 0, 7, -160, &plain);
   EXPECT_TRUE(knob.GetValue() == 1.0 && plug.log == "set 0 1,");
   knob.OnMouseDrag(0, 0, 0, 160, &shift);
   EXPECT_DOUBLE_EQ(knob.GetValue(), 0.9);
@@ -77,9 +75,7 @@ TEST(Controls, SwitchStepsKnobGearingAndWheel) {
   knob.OnMouseWheel(0, 0, &plain, 3), across.OnMouseWheel(0, 0, &control, -2);
   EXPECT_DOUBLE_EQ(knob.GetValue(), 0.905);
   EXPECT_DOUBLE_EQ(across.GetValue(), 0.248);
-  knob.SetClampRange(0.2, 0.6);
-  plug.log.clear();
-  knob.SetDirty(false);  // clamped, and not sent
+  knob.SetClampRange(0.2, 0.6), plug.log.clear(), knob.SetDirty(false);  // clamped, not sent
   EXPECT_TRUE(knob.GetValue() == 0.6 && plug.log.empty());
 }
 
@@ -97,16 +93,14 @@ TEST(Controls, FaderAndRadioButtons) {
   EXPECT_EQ(fader.GetHandleRECT(0.5), (IRECT{5, 20, 11, 30}));
   EXPECT_TRUE(fader.IsHit(5, 20) && fader.IsHit(10, 29) && !fader.IsHit(7, 30) &&
               !fader.IsHit(7, 5));
-  fader.OnMouseDrag(7, 100, 0, 0, &mod);
-  EXPECT_EQ(fader.GetValue(), 0.0);
   IFaderControl across(&plug, 0, 0, 26, 0, &handle, kHorizontal);
-  across.OnMouseDrag(13, 0, 0, 0, &mod);  // (13 - 0 - 3)/20
-  EXPECT_TRUE(across.GetValue() == 0.5 && across.GetHandleRECT(0.5) == (IRECT{10, 0, 16, 10}) &&
+  fader.OnMouseDrag(7, 100, 0, 0, &mod), across.OnMouseDrag(13, 0, 0, 0, &mod);  // (13 - 3)/20
+  EXPECT_TRUE(fader.GetValue() == 0.0 && across.GetValue() == 0.5);
+  EXPECT_TRUE(across.GetHandleRECT(0.5) == (IRECT{10, 0, 16, 10}) &&
               across.GetRECT() == (IRECT{0, 0, 26, 10}));
   IRadioButtonsControl radio(&plug, {0, 0, 30, 4}, 1, 3, &button, kHorizontal);
   EXPECT_EQ(radio.GetButtonRECT(2), (IRECT{22, 0, 30, 4}));  // gap (30 - 24)/2 = 3
-  plug.log.clear();
-  radio.OnMouseDown(12, 2, &mod), radio.OnMouseDown(9, 2, &mod);
+  plug.log.clear(), radio.OnMouseDown(12, 2, &mod), radio.OnMouseDown(9, 2, &mod);
   EXPECT_EQ(plug.log, "set 1 0.5,set 1 0.5,");
   IRadioButtonsControl reversed(&plug, {0, 2, 4, 32}, 1, 3, &button, kVertical, true);
   EXPECT_EQ(reversed.GetButtonRECT(0), (IRECT{0, 28, 8, 32}));  // gap (30 - 12)/2 = 9
@@ -141,11 +135,11 @@ TEST(Controls, DefaultsDisplaysGrayingAndAuxiliaries) {
   EXPECT_DOUBLE_EQ(knob->GetAuxParamValue(knob->AuxParamIdx(3)), 33.0 / 99.0);
   EXPECT_EQ(plug.log, "set 0 0.75,set 0 0.5,");  // values from the plug-in are not sent back
   EXPECT_EQ(knob->AuxParamIdx(0), -1);
-  RecordingControl zero(&plug, -1);  // a first value of 0 is a default too
+  IBitmapControl zero(&plug, 0, 0, -1, &lamp);  // a first value of 0 is a default too
   zero.SetValueFromPlug(0.0), zero.SetValueFromPlug(0.5), zero.OnMouseDblClick(0, 0, &mod);
   EXPECT_EQ(zero.GetValue(), 0.0);
   knob->GrayOut(true);
-  EXPECT_EQ(knob->GetBlend().mWeight, 0.25f);
+  const float grayed = knob->GetBlend().mWeight;
   knob->GrayOut(false);
-  EXPECT_EQ(knob->GetBlend().mWeight, 1.0f);
+  EXPECT_TRUE(grayed == 0.25f && knob->GetBlend().mWeight == 1.0f);
 }

@@ -28,19 +28,15 @@ TEST(Prompt, MenuOfStates) {
   IKnobMultiControl *mode = p.Knob(1), *on = p.Knob(2);
   p.plug.SetParameter(1, 1.0);
   std::string shown;
-  std::vector<int> answers = {0, 3, 1};  // 3 is past the end: dismissed
+  int answers[] = {0, 3, 1}, asked = 0;  // 3 is past the end: dismissed
   p.editor->AnswerMenusWith([&](const IPopupMenu& menu) {
     for (int i = 0; i < menu.GetNItems(); ++i)
-      shown +=
-          std::string(menu.GetItem(i)->GetText()) + (menu.GetItem(i)->GetChecked() ? "* " : " ");
-    const int answer = answers.front();
-    return answers.erase(answers.begin()), answer;
+      shown += menu.GetItem(i)->GetText() + std::string(menu.GetItem(i)->GetChecked() ? "* " : " ");
+    return answers[asked++];
   });
-  p.plug.log.clear();
-  mode->OnMouseDown(12, 12, &p.right);
+  p.plug.log.clear(), mode->OnMouseDown(12, 12, &p.right);
   EXPECT_TRUE(mode->GetValue() == 0.0 && p.plug.GetParam(1)->Value() == 0.0);
-  mode->OnMouseDown(12, 12, &p.right);  // dismissed
-  on->OnMouseDown(12, 12, &p.right);
+  mode->OnMouseDown(12, 12, &p.right), on->OnMouseDown(12, 12, &p.right);  // dismissed, then on
   EXPECT_EQ(shown, "Input RMS* Output Input* RMS Output off* on ");
   EXPECT_EQ(p.plug.log, "set 1 0,set 2 1,");
 }
@@ -56,26 +52,24 @@ TEST(Prompt, ValueFieldFiltersAndApplies) {
   EXPECT_EQ(p.editor->EntryRECT(), (IRECT{5, 7, 35, 23}));  // centre (20, 15)
   EXPECT_EQ(p.editor->EntryText(), "0.0");
   count->OnMouseDown(12, 12, &p.right);  // one field at a time
-  EXPECT_TRUE(p.editor->Type("\b\b\b-3.5") && !p.editor->Type("x") && p.editor->Type("000"));
-  EXPECT_FALSE(p.editor->Type("0"));  // an eighth character
-  p.editor->CommitTextEntry();
+  EXPECT_TRUE(p.editor->Type("\b\b\b-3.5") && !p.editor->Type("x") && p.editor->Type("000") &&
+              !p.editor->Type("0"));  // an eighth character
+  p.editor->CommitTextEntry(), count->OnMouseDown(12, 12, &p.right);
   EXPECT_EQ(p.plug.GetParam(0)->Value(), -3.5);
-  count->OnMouseDown(12, 12, &p.right);
   EXPECT_TRUE(p.editor->Type("\b+1") && !p.editor->Type(".") && p.editor->Type("2-"));
   p.editor->CommitTextEntry();  // signs pass anywhere; the number is read up to the first misfit
   EXPECT_EQ(p.plug.GetParam(3)->Value(), 12.0);
   const TextEntryFilter one{nullptr, 1, 0}, upToOne{nullptr, 0, 1};  // a maximum value, if set
   EXPECT_TRUE(!one.Accepts("12") && one.Accepts("x") && upToOne.Accepts("1") &&
               !upToOne.Accepts("2"));
-  p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(0), "abc");
+  const auto set = [&](int param, const char* text) {  // each call sets, then reads
+    p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(param), text);
+    return gain->GetValue();
+  };
   p.plug.GetParam(1)->NegateDisplay();  // texts are looked up; unknown ones give state 0
-  p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(1), "Output");
-  EXPECT_EQ(gain->GetValue(), 1.0);
-  p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(1), "Loud");
-  EXPECT_EQ(gain->GetValue(), 0.0);
+  EXPECT_EQ(std::tuple(set(0, "abc"), set(1, "Output"), set(1, "Loud")), std::tuple(0.5, 1.0, 0.0));
   p.plug.GetParam(0)->NegateDisplay();
-  p.editor->SetFromStringAfterPrompt(gain, p.plug.GetParam(0), "2.5dB");
-  EXPECT_EQ(gain->GetValue(), 0.375);  // -2.5 dB of -10 ... 10
+  EXPECT_EQ(set(0, "2.5dB"), 0.375);  // -2.5 dB of -10 ... 10
 }
 
 // Items append or insert; titles carry the numbering style; submenus belong to their item.
@@ -90,9 +84,7 @@ TEST(Prompt, MenuModel) {
     titles += std::string(title.Get()) + "|";
   }
   EXPECT_EQ(titles, "a|2: b|03: c|001: a|b|");
-  const IPopupMenuItem* c = menu.GetItem(2);
-  EXPECT_TRUE(menu.GetNItems() == 3 && menu.GetChosenItemIdx() == -1 &&
-              menu.GetItem(0)->GetSubmenu());
-  EXPECT_TRUE(!c->GetEnabled() && c->GetChecked() && !c->GetIsTitle() &&
-              menu.GetItem(0)->GetIsSeparator());
+  const IPopupMenuItem *a = menu.GetItem(0), *c = menu.GetItem(2);
+  EXPECT_TRUE(menu.GetNItems() == 3 && menu.GetChosenItemIdx() == -1 && a->GetSubmenu() &&
+              a->GetIsSeparator() && !c->GetEnabled() && c->GetChecked() && !c->GetIsTitle());
 }

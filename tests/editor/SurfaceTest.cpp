@@ -1,5 +1,5 @@
-// The surface: which controls a redraw reaches and cleans, where bitmaps land, and which control
-// each mouse, wheel and key event reaches, with the host's gestures around edits.
+// The surface: which controls a redraw reaches and cleans, where bitmaps and text land, and which
+// control each mouse, wheel and key event reaches, with the host's gestures around edits.
 #include <functional>
 
 #include "EditorTesting.h"
@@ -8,20 +8,18 @@
 
 namespace {
 
-// A control whose drawing is a test's function (drawing services need a redraw under way).
-struct Painter : IControl {
-  Painter(IRECT r, std::function<void(IGraphics*)> paint) : IControl(nullptr, r), paint(paint) {}
-  bool Draw(IGraphics* g) override { return paint(g), true; }
-  std::function<void(IGraphics*)> paint;
-};
-
-// A black 64 × 48 back buffer after one redraw of area by a control whose drawing is paint.
+// A black 64 × 48 back buffer after one redraw of `area` by a control whose drawing is `paint`
+// (drawing services need a redraw under way).
 struct Canvas : TestEditor {
+  struct Painter : IControl {
+    explicit Painter(std::function<void(IGraphics*)> paint)
+        : IControl(nullptr, {0, 0, 64, 48}), paint(paint) {}
+    bool Draw(IGraphics* g) override { return paint(g), true; }
+    std::function<void(IGraphics*)> paint;
+  };
   explicit Canvas(std::function<void(IGraphics*)> paint, IRECT area = {0, 0, 64, 48})
       : TestEditor(nullptr) {
-    PrepDraw();
-    AttachControl(new Painter({0, 0, 64, 48}, paint));
-    Draw(&area);
+    PrepDraw(), AttachControl(new Painter(paint)), Draw(&area);
   }
 };
 
@@ -34,14 +32,12 @@ std::string Draws(const std::vector<RecordingControl*>& controls) {
 }  // namespace
 
 // The timer runs at 25 a second by default. Images load from the back end's folder; a failed
-// load gives a bitmap of size 0; an
-// editor without controls draws nothing and says it did. Left and top edges may touch the
-// other's right and bottom ones, not the other way round.
+// load gives a bitmap of size 0; an editor without controls draws nothing and says it did. Left
+// and top edges may touch the other's right and bottom ones, not the other way round.
 TEST(Surface, DefaultsAndTheAsymmetricMeets) {
   EditorPlug plug;
   HeadlessGraphics empty(&plug, 8, 8);
   const IBitmap missing = empty.LoadIBitmap(77, "missing.png", 3);
-  IRECT r{0, 0, 8, 8};
   EXPECT_TRUE(empty.FPS() == 25 && !missing.mData && missing.W == 0 && missing.H == 0);
   test_files::ScratchFolder folder;
   test_files::WriteBytes("knob.png", EncodePng({2, 8, false, false}, 4, 6, 6));
@@ -49,6 +45,7 @@ TEST(Surface, DefaultsAndTheAsymmetricMeets) {
   const IBitmap knob = loader.LoadIBitmap(4242, "knob.png", 2);
   EXPECT_TRUE(knob.mData && knob.W == 4 && knob.H == 6 && knob.N == 2);
   EXPECT_FALSE(loader.LoadIBitmap(4243, nullptr, 1).mData);
+  IRECT r{0, 0, 8, 8};
   EXPECT_TRUE(empty.Draw(&r) && empty.mScreenUpdates == 0);
   const IRECT a{10, 10, 20, 20}, corner{0, 0, 10, 10}, inside{12, 12, 14, 14}, apart{21, 0, 30, 9};
   EXPECT_TRUE(Meets(a, corner) && !Meets(corner, a) && Meets(a, inside) && Meets(inside, a));
@@ -76,16 +73,12 @@ TEST(Surface, DirtyUnionAndRedrawModes) {
   EXPECT_TRUE(editor.IsDirty(&dirty) && dirty == rects[2]);
   EXPECT_TRUE(editor.Tick() == rects[2] && Draws(c) == "3 1 1d 0 0 ");
   EXPECT_TRUE(editor.Tick() == rects[2] && editor.Tick().Empty() && Draws(c) == "4 1 2 0 0 ");
-  c[4]->SetDirty(false);
-  EXPECT_TRUE(editor.IsDirty(&none) && none.Empty());
-  editor.SetStrictDrawing(false);  // every control dirty: the background repaints all
-  editor.Tick();
+  EXPECT_TRUE((c[4]->SetDirty(false), editor.IsDirty(&none)) && none.Empty());
+  editor.SetStrictDrawing(false), editor.Tick();  // all dirty: the background repaints all
   EXPECT_TRUE(editor.mLastScreenUpdate == rects[0] && Draws(c) == "5 2 3 0d 1 ");
-  c[1]->SetDirty(false);
-  editor.Tick();
+  c[1]->SetDirty(false), editor.Tick();
   EXPECT_EQ(Draws(c), "7 3 3 0 1 ");
-  c[2]->SetDirty(false);
-  editor.Tick();
+  c[2]->SetDirty(false), editor.Tick();
   EXPECT_EQ(Draws(c), "8 4 4 0 1 ");
 }
 
@@ -96,68 +89,42 @@ TEST(Surface, DrawBitmapPicksFramesAndClips) {
   TestEditor editor(&plug);
   IBitmap tall = editor.Frames(6, 5, 2), wide = tall, single = tall;  // 6 × 10 pixels
   tall.N = 3, wide.N = 3, wide.mFramesAreHorizontal = true, single.N = 1;
-  const std::tuple<IBitmap*, int, int, int> cases[] = {
+  const struct {
+    IBitmap* bitmap;
+    int state, x, y;  // the frame, and where within the bitmap the pixel at (3, 4) comes from
+  } cases[] = {
       {&tall, 3, 0, 7}, {&tall, 2, 0, 3}, {&tall, 0, 0, 0}, {&wide, 3, 4, 0}, {&single, 3, 0, 0}};
-  for (auto [bitmap, state, x, y] : cases) {
+  for (const auto& k : cases) {
     IRECT dest{2, 2, 8, 12};
     bool drawn = false;
-    IBitmap* shown = bitmap;  // a lambda cannot capture the loop's structured bindings
-    const int frame = state;
-    Canvas canvas([&](IGraphics* g) { drawn = g->DrawBitmap(shown, &dest, frame, 0); },
+    Canvas canvas([&](IGraphics* g) { drawn = g->DrawBitmap(k.bitmap, &dest, k.state, 0); },
                   {3, 4, 5, 6});
-    EXPECT_EQ(canvas.Pixel(3, 4), (std::array{(y + 2) / 5 + 1, x + 1, (y + 2) % 5})) << state;
+    EXPECT_EQ(canvas.Pixel(3, 4), (std::array{(k.y + 2) / 5 + 1, k.x + 1, (k.y + 2) % 5}))
+        << k.state;
     EXPECT_TRUE(drawn && canvas.Pixel(2, 2) == (std::array{0, 0, 0}));  // outside: untouched
   }
   IRECT box{1, 1, 4, 3};
   const IColor grey{255, 9, 9, 9};
   Canvas canvas([&](IGraphics* g) { g->DrawRect(&grey, &box); });  // end points included
   std::string outline;
-  for (int i = 0; i < 30; ++i) outline += canvas.Pixel(i % 6, i / 6)[0] ? '#' : '.';
-  EXPECT_EQ(outline,
-            "......"
-            ".####."
-            ".#..#."
-            ".####."
-            "......");
+  for (int y = 0; y < 5; ++y, outline += ' ')
+    for (int x = 0; x < 6; ++x) outline += canvas.Pixel(x, y)[0] ? '#' : '.';
+  EXPECT_EQ(outline, "...... .####. .#..#. .####. ...... ");
 }
-
-namespace {
-
-// Records which events reach it: "d" down, "u" up, "g" drag dX dY, "2" double click, "w" wheel,
-// "k" key, "o" over, "x" out.
-struct Target : IControl {
-  Target(IPlugBase* plug, IRECT r, int param, std::string* log, std::string tag)
-      : IControl(plug, r, param), log(log), tag(tag) {}
-  bool Draw(IGraphics*) override { return true; }
-  void Log(const std::string& event) { *log += tag + event + ","; }
-  void OnMouseDown(int, int, IMouseMod*) override { Log("d"); }
-  void OnMouseUp(int, int, IMouseMod*) override { Log("u"); }
-  void OnMouseDrag(int, int, int dX, int dY, IMouseMod*) override {
-    Log("g" + std::to_string(dX) + " " + std::to_string(dY));
-  }
-  void OnMouseDblClick(int, int, IMouseMod*) override { Log("2"); }
-  void OnMouseWheel(int, int, IMouseMod*, int d) override { Log("w" + std::to_string(d)); }
-  bool OnKeyDown(int, int, int key) override { return Log("k" + std::to_string(key)), true; }
-  void OnMouseOver(int, int, IMouseMod*) override { Log("o"); }
-  void OnMouseOut() override { Log("x"); }
-  std::string* log;
-  std::string tag;
-};
-
-}  // namespace
 
 // The topmost visible, enabled control under the mouse owns it from down to up; a bound one opens
 // and closes the host's gesture (a double click taken as a press opens none). Drags carry the
-// movement since the last event; keys on the background go to the key catcher.
+// movement since the last event; keys on the background go to the key catcher. Controls log
+// their tag and the event.
 TEST(Surface, EventsReachTheRightControl) {
   EditorPlug plug;
   TestEditor editor(&plug);
   std::string& log = plug.log;
-  auto* low = new Target(&plug, {0, 0, 20, 20}, 0, &log, "A");
-  auto* high = new Target(&plug, {10, 10, 30, 30}, 1, &log, "B");
+  auto* low = new RecordingControl(&plug, 0, &log, {0, 0, 20, 20}, "A");
+  auto* high = new RecordingControl(&plug, 1, &log, {10, 10, 30, 30}, "B");
   editor.AttachControl(low), editor.AttachControl(high);
   EXPECT_FALSE(editor.OnKeyDown(50, 40, 1));  // nothing hit and no key catcher
-  editor.SetKeyCatcher(new Target(&plug, {}, -1, &log, "K"));
+  editor.SetKeyCatcher(new RecordingControl(&plug, -1, &log, {}, "K"));
   editor.AttachBackground(1064048, "");  // 64 × 48, attached last, still control 0
   IMouseMod mod;
   editor.OnMouseDown(15, 15, &mod);  // B is on top
@@ -198,13 +165,8 @@ namespace {
 // and whether some pixel took the text's colour whole.
 std::pair<std::array<int, 4>, bool> InkOf(IText text, const char* str, IRECT rect,
                                           IRECT area = {0, 0, 64, 48}) {
-  EditorPlug plug;
-  TestEditor canvas(&plug);
-  canvas.PrepDraw();
-  canvas.AttachControl(new Painter(rect, [&](IGraphics* g) {
-    EXPECT_TRUE(g->DrawIText(&text, const_cast<char*>(str), &rect));
-  }));
-  canvas.Draw(&area);
+  Canvas canvas(
+      [&](IGraphics* g) { EXPECT_TRUE(g->DrawIText(&text, const_cast<char*>(str), &rect)); }, area);
   std::array<int, 4> ink{99, -1, 99, -1};
   bool solid = false;
   for (int y = 0; y < 48; ++y)
@@ -242,15 +204,14 @@ TEST(Surface, TextIsAlignedColouredAndClipped) {
   Canvas([&](IGraphics* g) { EXPECT_FALSE(g->DrawIText(&text, nullptr, &rect)); });
   text.mColor.A = 0;
   EXPECT_LT(InkOf(text, "Tarn", rect).first[1], 0);
-  EditorPlug plug;
-  HeadlessGraphics editor(&plug, 8, 8);
-  IText plain, none, tiny;
-  none.mSize = 0, tiny.mSize = 1;
-  IRECT one{3, 5, 0, 0}, two{3, 5, 0, 0};
-  EXPECT_TRUE(editor.MeasureIText(&plain, const_cast<char*>("M"), &one) &&
-              editor.MeasureIText(&plain, const_cast<char*>("MM"), &two) && plain.mCached);
-  EXPECT_TRUE(one.L == 3 && one.T == 5 && one.W() > 0 && two.W() == 2 * one.W());
-  EXPECT_TRUE(one.H() >= 10 && one.H() <= 20);
-  EXPECT_TRUE(editor.MeasureIText(&tiny, const_cast<char*>("M"), &two));
-  EXPECT_FALSE(editor.MeasureIText(&none, const_cast<char*>("M"), &one));
+  HeadlessGraphics editor(nullptr, 8, 8);
+  const auto measure = [&](int size, const char* str, IRECT* r) {
+    IText measured;
+    measured.mSize = size;
+    return editor.MeasureIText(&measured, const_cast<char*>(str), r) && measured.mCached;
+  };
+  IRECT one{3, 5, 0, 0}, two{3, 5, 0, 0}, tiny;
+  EXPECT_TRUE(measure(10, "M", &one) && measure(10, "MM", &two) && measure(1, "M", &tiny));
+  EXPECT_TRUE(one.L == 3 && one.T == 5 && one.W() > 0 && two.W() == 2 * one.W() && one.H() >= 10 &&
+              one.H() <= 20 && !measure(0, "M", &one));
 }
