@@ -3,6 +3,7 @@
 #include "editor/IControl.h"
 #include "editor/IPopupMenu.h"
 #include "lice/LICE_PNG.h"
+#include "lice/LICE_SysBitmap.h"
 
 HeadlessGraphics::HeadlessGraphics(IPlugBase* plug, int w, int h, std::string imageFolder)
     : IGraphics(plug, w, h), mImageFolder(std::move(imageFolder)) {}  // the default rate
@@ -12,6 +13,10 @@ IRECT HeadlessGraphics::Tick() {
   if (!IsDirty(&dirty)) return {};
   Draw(&dirty);
   return dirty;
+}
+
+bool HeadlessGraphics::SavePNG(const char* path) {
+  return LICE_WritePNG(path, GetDrawBitmap(), false);
 }
 
 bool HeadlessGraphics::DrawScreen(IRECT* rect) {

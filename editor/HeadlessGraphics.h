@@ -16,6 +16,9 @@ class HeadlessGraphics : public IGraphics {
   // One timer tick: the dirty controls' union is redrawn; what reached the "screen" is returned
   // (empty when nothing was dirty).
   IRECT Tick();
+  // The back buffer as an opaque PNG file, what a screen would show; false before the first
+  // PrepDraw or when the file cannot be written.
+  bool SavePNG(const char* path);
   // The answer to the next menus: a function of the menu shown, giving the item to choose (or -1).
   void AnswerMenusWith(std::function<int(const IPopupMenu&)> chooser) { mChooser = chooser; }
   // The open value field, as the user edits it: each keystroke's text is offered to the filter

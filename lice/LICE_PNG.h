@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "lice/LICE_IBitmap.h"
 
@@ -14,6 +15,15 @@ LICE_IBitmap* LICE_LoadPNG(const char* filename, LICE_IBitmap* bmp);
 
 // The same decoder reading the image from size bytes at data.
 LICE_IBitmap* LICE_LoadPNGFromMemory(const void* data, size_t size, LICE_IBitmap* bmp);
+
+// Encodes bmp as an 8-bit PNG image into *png: red, green, blue and alpha, or without alpha (every
+// pixel shown opaque) when wantAlpha is false; the top row first, however the bitmap is stored.
+// Returns false, with *png empty, when there is nothing to encode (no bitmap or no pixels).
+bool LICE_EncodePNG(LICE_IBitmap* bmp, bool wantAlpha, std::vector<unsigned char>* png);
+
+// LICE_EncodePNG into a file, which is created or replaced only once the image is encoded.
+// Returns false when there is nothing to encode or the file cannot be written.
+bool LICE_WritePNG(const char* filename, LICE_IBitmap* bmp, bool wantAlpha);
 
 // Far beyond any editor artwork; a file claiming more is refused before anything is allocated.
 constexpr unsigned LICE_PNG_MAX_DIMENSION = 16384;

@@ -5,6 +5,7 @@
 #include "EditorTesting.h"
 #include "PngSamples.h"
 #include "ScratchFolder.h"
+#include "lice/LICE_PNG.h"
 
 namespace {
 
@@ -32,8 +33,9 @@ std::string Draws(const std::vector<RecordingControl*>& controls) {
 }  // namespace
 
 // The timer runs at 25 a second by default. Images load from the back end's folder; a failed
-// load gives a bitmap of size 0; an editor without controls draws nothing and says it did. Left
-// and top edges may touch the other's right and bottom ones, not the other way round.
+// load gives a bitmap of size 0; the back buffer saves as a PNG file once there is one. An editor
+// without controls draws nothing and says it did. Left and top edges may touch the other's right
+// and bottom ones, not the other way round.
 TEST(Surface, DefaultsAndTheAsymmetricMeets) {
   EditorPlug plug;
   HeadlessGraphics empty(&plug, 8, 8);
@@ -44,7 +46,12 @@ TEST(Surface, DefaultsAndTheAsymmetricMeets) {
   HeadlessGraphics loader(&plug, 8, 8, std::filesystem::current_path());
   const IBitmap knob = loader.LoadIBitmap(4242, "knob.png", 2);
   EXPECT_TRUE(knob.mData && knob.W == 4 && knob.H == 6 && knob.N == 2);
-  EXPECT_FALSE(loader.LoadIBitmap(4243, nullptr, 1).mData);
+  EXPECT_FALSE(loader.LoadIBitmap(4243, nullptr, 1).mData || empty.SavePNG("none.png"));
+  TestEditor shown(&plug, 8, 8);  // saves what it shows: a background of frame 1, {1, x, y}
+  shown.PrepDraw(), shown.AttachBackground(1008008, ""), shown.Tick();
+  ASSERT_TRUE(shown.SavePNG("shown.png"));
+  const std::unique_ptr<LICE_IBitmap> saved(LICE_LoadPNG("shown.png", nullptr));
+  EXPECT_EQ(saved->getBits()[6 * saved->getRowSpan() + 5], LICE_RGBA(1, 5, 6, 255));
   IRECT r{0, 0, 8, 8};
   EXPECT_TRUE(empty.Draw(&r) && empty.mScreenUpdates == 0);
   const IRECT a{10, 10, 20, 20}, corner{0, 0, 10, 10}, inside{12, 12, 14, 14}, apart{21, 0, 30, 9};

@@ -73,3 +73,30 @@ TEST(Png, CutBrokenOrOversizedDataGivesNull) {
     EXPECT_EQ(Dims(given), std::tuple(3, 3, true)) << w;
   }
 }
+
+// Encoding keeps every pixel as seen, alpha too or shown opaque, a flipped bitmap top row first;
+// a file is written whole. No bitmap or no pixels: nothing, and no file where none can be made.
+TEST(Png, EncodedImagesDecodeToThePixelsSeen) {
+  LICE_MemBitmap plain(7, 5, 4);
+  LICE_SysBitmap flipped(7, 5);
+  for (LICE_IBitmap* b : {(LICE_IBitmap*)&plain, (LICE_IBitmap*)&flipped})
+    for (int i = 0; i < 35; ++i) Set(b, i % 7, i / 7, Pattern(i % 7, i / 7));
+  Bytes png;
+  for (auto [source, alpha] : {std::pair{(LICE_IBitmap*)&plain, true}, {&flipped, false}}) {
+    ASSERT_TRUE(LICE_EncodePNG(source, alpha, &png));
+    std::unique_ptr<LICE_IBitmap> back(LICE_LoadPNGFromMemory(png.data(), png.size(), nullptr));
+    for (int i = 0; i < 35; ++i) {
+      Argb seen = Pattern(i % 7, i / 7);
+      seen[0] = alpha ? seen[0] : 255;
+      ASSERT_EQ(Get(back.get(), i % 7, i / 7), seen) << alpha << " " << i;
+    }
+  }
+  LICE_MemBitmap empty;
+  EXPECT_FALSE(LICE_EncodePNG(&empty, true, &png) || !png.empty() ||
+               LICE_EncodePNG(nullptr, true, &png) ||
+               LICE_WritePNG("no-such-folder/lice-out.png", &plain, true));
+  ASSERT_TRUE(LICE_WritePNG("lice-out.png", &plain, true));
+  std::unique_ptr<LICE_IBitmap> file(LICE_LoadPNG("lice-out.png", nullptr));
+  std::remove("lice-out.png");
+  EXPECT_TRUE(file && Get(file.get(), 6, 4) == Pattern(6, 4));
+}
