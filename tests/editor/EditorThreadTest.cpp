@@ -10,15 +10,14 @@
 // The host's audio thread (blocks, the meter, automation: nothing allocates), the user-interface
 // thread (timer redraws, drags and wheel on the knobs) and its main thread (state save and
 // restore) on one instance at once, clean under ThreadSanitizer; afterwards the editor shows what
-// the plug-in holds.
+// the plug-in holds: knob frame trunc(23·value + 0.5) + 1 of 24, meter frame of 16 likewise.
 TEST(EditorThreads, BlocksRedrawsGesturesAndStateAtOnce) {
   EditorPlug plug;
   auto* gui = new TestEditor(&plug, 304, 416);
   gui->AttachBackground(1304416, "");
   IBitmap knob = gui->Frames(40, 40, 24), meter = gui->Frames(30, 30, 16);
-  const int params[] = {0, 1, 3};
-  for (int k = 0; k < 3; ++k)
-    gui->AttachControl(new IKnobMultiControl(&plug, 20 + 100 * k, 300, params[k], &knob));
+  for (int k = 0; k < 4; ++k)
+    gui->AttachControl(new IKnobMultiControl(&plug, 70 * k, 300, k, &knob));
   const int meterIdx = gui->AttachControl(new IBitmapControl(&plug, 130, 60, -1, &meter));
   plug.AttachGraphics(gui);
   std::atomic<bool> uiDone{false};
@@ -30,19 +29,17 @@ TEST(EditorThreads, BlocksRedrawsGesturesAndStateAtOnce) {
     for (int b = 0; !uiDone || b < 200; ++b) {
       plug.ProcessAudio(in.get(), out.get(), 64);
       plug.GetGUI()->SetControlFromPlug(meterIdx, needle = b % 37 / 36.0);
-      plug.SetParameter(params[b % 3], b % 41 * 0.5 - 10.0);
+      plug.SetParameter(b % 4, b % 41 * 0.5 - 10.0);
     }
     EXPECT_EQ(scope.Count(), 0);
   });
   std::thread ui([&] {
     IMouseMod left{true};
     for (int i = 0; i < 60; ++i) {
-      gui->Tick();
-      const IRECT r = gui->GetControl(1 + i % 3)->GetRECT();
-      gui->OnMouseDown(r.L + 20, r.T + 20, &left);
-      for (int d = 1; d <= 4; ++d) gui->OnMouseDrag(r.L + 20, r.T + 20 + (i % 2 ? d : -d), &left);
-      gui->OnMouseUp(r.L + 20, r.T + 20, &left);
-      gui->OnMouseWheel(r.L + 5, r.T + 5, &left, i % 2 ? 1 : -1);
+      const int x = 70 * (i % 4) + 20, y = 320;
+      gui->Tick(), gui->OnMouseDown(x, y, &left);
+      for (int d = 1; d <= 4; ++d) gui->OnMouseDrag(x, y + (i % 2 ? d : -d), &left);
+      gui->OnMouseUp(x, y, &left), gui->OnMouseWheel(x, y, &left, i % 2 ? 1 : -1);
     }
     uiDone = true;
   });
@@ -53,7 +50,7 @@ TEST(EditorThreads, BlocksRedrawsGesturesAndStateAtOnce) {
   }
   audio.join(), ui.join(), plug.RedrawParamControls(), gui->Tick();
   EXPECT_EQ(gui->Pixel(130, 60)[0], static_cast<int>(15 * needle + 0.5) + 1);
-  for (int k = 0; k < 3; ++k)  // frame trunc((N - 1)·value + 0.5) + 1
-    EXPECT_EQ(gui->Pixel(20 + 100 * k, 300)[0],
-              static_cast<int>(23 * plug.GetParam(params[k])->GetNormalized() + 0.5) + 1);
+  for (int k = 0; k < 4; ++k)
+    EXPECT_EQ(gui->Pixel(70 * k, 300)[0],
+              static_cast<int>(23 * plug.GetParam(k)->GetNormalized() + 0.5) + 1);
 }

@@ -158,9 +158,8 @@ TEST(Surface, EventsReachTheRightControl) {
   const int first = editor.GetLastClickedParamForPTAutomation();  // read once
   EXPECT_EQ(std::pair(first, editor.GetLastClickedParamForPTAutomation()), std::pair(0, -1));
   log.clear();
-  EXPECT_FALSE(editor.OnMouseOver(15, 15, &mod));  // not handled yet
-  editor.HandleMouseOver(true);
-  editor.OnMouseOver(15, 15, &mod);  // the grayed B lets it through to A
+  EXPECT_FALSE(editor.OnMouseOver(15, 15, &mod));                  // not handled yet
+  editor.HandleMouseOver(true), editor.OnMouseOver(15, 15, &mod);  // grayed B: through to A
   high->SetMOWhenGrayed(true);
   EXPECT_TRUE(editor.OnMouseOver(15, 15, &mod) && editor.OnMouseOver(5, 5, &mod));
   EXPECT_EQ(log, "Ao,Bo,Ax,Ao,Bx,");
