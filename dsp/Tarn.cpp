@@ -17,6 +17,9 @@ Tarn::Tarn(IPlugInstanceInfo instanceInfo)
                    false, 0) {
   InitParameters();
   MakeDefaultPreset("-", 1);
+  IGraphics* editor =
+      instanceInfo.mMakeGraphics ? instanceInfo.mMakeGraphics(this, 304, 416, 0) : nullptr;
+  if (editor) SetMeterControl(LayOutEditor(editor));
 }
 
 // The saturator's destructor runs here and once more as the member is destroyed. It keeps all
@@ -41,8 +44,8 @@ void Tarn::InitParameters() {
   GetParam(kBypass)->InitBool("Bypass", false, "", "");
 }
 
-IPlugAdaptor* MakePlug() {
+IPlugAdaptor* MakePlug(IPlugInstanceInfo instanceInfo) {
   static WDL_Mutex sConstructionMutex;  // made on first use, released at process exit
   WDL_MutexLock lock(&sConstructionMutex);
-  return new Tarn(IPlugInstanceInfo());
+  return new Tarn(instanceInfo);
 }

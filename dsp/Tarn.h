@@ -22,7 +22,7 @@ enum EParams {
 // its audio engine (input trim, start-up fade, crosstalk, the saturator, output gain, bypass
 // crossfade, safety clamp, a coloured noise floor and a VU meter).
 class Tarn : public IPlugAdaptor {
-public:
+ public:
   explicit Tarn(IPlugInstanceInfo instanceInfo);
   ~Tarn() override;
 
@@ -36,8 +36,11 @@ public:
   // The editor's needle control, which receives the needle once per block.
   void SetMeterControl(int controlIdx) { mMeterControl = controlIdx; }
 
-private:
+ private:
   void InitParameters();
+  // The 304 × 416 panel on the editor the platform made: images, controls in their order, the
+  // editor handed to the base. Returns the needle's control index.
+  int LayOutEditor(IGraphics* editor);
 
   // Everything the coefficient designs read.
   struct DesignInputs {
@@ -63,9 +66,12 @@ private:
   void StoreRunning(const Running& r);
   // Fade and bypass ramp for one frame; returns the input gain for it.
   double AdvanceFrame(Running& r) const;
-  template <class T> T MixWetDry(T wet, T dry, double mix) const;
-  template <class T> T NoiseFloor(T noise, BiquadLanes<T>& noiseFilter) const;
-  template <class T> T AddNoise(T mixed, T floor, double fade) const;
+  template <class T>
+  T MixWetDry(T wet, T dry, double mix) const;
+  template <class T>
+  T NoiseFloor(T noise, BiquadLanes<T>& noiseFilter) const;
+  template <class T>
+  T AddNoise(T mixed, T floor, double fade) const;
   // Meter ballistics and RMS sums for one frame; returns the meter's source value.
   double FeedMeter(Running& r, double in, double out) const;
   void UpdateRmsDifference();
@@ -110,4 +116,4 @@ private:
 
 // Creates one effect instance. Construction is serialised process-wide, so hosts may create
 // instances from several threads at once.
-IPlugAdaptor* MakePlug();
+IPlugAdaptor* MakePlug(IPlugInstanceInfo instanceInfo = {});

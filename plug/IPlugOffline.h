@@ -2,14 +2,20 @@
 
 #include "plug/IPlugBase.h"
 
-// What the offline host hands the factory; it needs nothing.
-struct IPlugInstanceInfo {};
+class IGraphics;
+
+// What the offline host hands the effect's constructor: the platform's editor factory, or none
+// where nothing shows an editor (the LV2 plug-in's audio side, most tests). The factory makes a
+// surface of w × h at fps redraws a second (0: the editor's default), or returns null.
+struct IPlugInstanceInfo {
+  IGraphics* (*mMakeGraphics)(IPlugBase* plug, int w, int h, int fps) = nullptr;
+};
 
 // The adaptor for an offline host (the renderer and the tests): nobody is listening for
 // parameter changes, and the transport is a steady 120 beats per minute in 4/4 whose position
 // counts the frames processed so far.
 class IPlugOffline : public IPlugBase {
-public:
+ public:
   IPlugOffline(IPlugInstanceInfo instanceInfo, int nParams, const char* channelIOStr, int nPresets,
                const char* effectName, const char* productName, const char* mfrName,
                int vendorVersion, int uniqueID, int mfrID, int latency, bool plugDoesMidi,
@@ -38,7 +44,7 @@ public:
   void ResizeGraphics(int, int) override {}
   bool SendMidiMsg(IMidiMsg*) override { return false; }
 
-private:
+ private:
   static constexpr double kTempo = 120.0;
 
   void AttachHostBuffers(float** inputs, float** outputs, int nFrames);
