@@ -67,6 +67,9 @@ void HeadlessGraphics::CommitTextEntry() {
 }
 
 LICE_IBitmap* HeadlessGraphics::OSLoadBitmap(int, const char* name) {
-  if (mImageFolder.empty() || !name) return nullptr;
-  return LICE_LoadPNG((mImageFolder + "/" + name).c_str(), nullptr);
+  LICE_IBitmap* bitmap = mImageFolder.empty() || !name
+                             ? nullptr
+                             : LICE_LoadPNG((mImageFolder + "/" + name).c_str(), nullptr);
+  if (!bitmap) mMissingImages.push_back(name ? name : "");
+  return bitmap;
 }

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "editor/IGraphics.h"
 #include "editor/TextEntryFilter.h"
@@ -19,6 +20,8 @@ class HeadlessGraphics : public IGraphics {
   // The back buffer as an opaque PNG file, what a screen would show; false before the first
   // PrepDraw or when the file cannot be written.
   bool SavePNG(const char* path);
+  // The names of the images that could not be loaded, in the order they were asked for.
+  const std::vector<std::string>& MissingImages() const { return mMissingImages; }
   // The answer to the next menus: a function of the menu shown, giving the item to choose (or -1).
   void AnswerMenusWith(std::function<int(const IPopupMenu&)> chooser) { mChooser = chooser; }
   // The open value field, as the user edits it: each keystroke's text is offered to the filter
@@ -54,6 +57,7 @@ class HeadlessGraphics : public IGraphics {
 
  private:
   std::string mImageFolder;
+  std::vector<std::string> mMissingImages;
   std::function<int(const IPopupMenu&)> mChooser;
   IControl* mEntryControl = nullptr;
   IParam* mEntryParam = nullptr;

@@ -89,6 +89,11 @@ const ValueOption kValueOptions[] = {
        cli->saveState = v;
        return true;
      }},
+    {nullptr, "--editor-snapshot",
+     [](const std::string& v, CommandLine* cli, std::string*) {
+       cli->editorSnapshot = v;
+       return true;
+     }},
 };
 
 const ValueOption* FindValueOption(const std::string& option) {
@@ -162,7 +167,8 @@ bool ParseCommandLine(const std::vector<std::string>& args, CommandLine* cli, st
 
 std::string Usage() {
   return "usage: tarn-render [INPUT] [-o OUTPUT] [-p NAME=VALUE]... [--block N] [--rate HZ]\n"
-         "                   [--load-state FILE] [--save-state FILE] [--quiet]\n"
+         "                   [--load-state FILE] [--save-state FILE] [--editor-snapshot PNG]\n"
+         "                   [--quiet]\n"
          "\n"
          "Renders INPUT (any mono or stereo file libsndfile reads, at " +
          SupportedRatesText() +
@@ -183,6 +189,10 @@ std::string Usage() {
          ")\n"
          "  --load-state FILE    start from a saved state instead of the defaults\n"
          "  --save-state FILE    save the state after the -p settings\n"
+         "  --editor-snapshot PNG\n"
+         "                       draw the effect's editor as it stands after the render\n"
+         "                       (its images: resources/img under $TARN_RESOURCE_ROOT, or\n"
+         "                       else under the source tree tarn-render was built from)\n"
          "  -q, --quiet          no progress display\n"
          "  -h, --help           this text\n";
 }

@@ -24,6 +24,7 @@ struct CommandLine {
   double effectRate = 0.0;  // 0: run the effect at the input's own rate
   std::string loadState;
   std::string saveState;
+  std::string editorSnapshot;  // empty: no snapshot of the editor
   bool quiet = false;
   bool help = false;
 };

@@ -1,6 +1,11 @@
 #include "EffectSession.h"
 
+#include <cstdlib>
+
 #include "dsp/Tarn.h"
+#include "editor/HeadlessGraphics.h"
+#include "lice/LICE_PNG.h"
+#include "lice/LICE_SysBitmap.h"
 #include "plug/ByteChunk.h"
 #include "plug/IParam.h"
 #include "plug/IPlugOffline.h"
@@ -24,10 +29,19 @@ ParamInfo DescribeParam(IParam* param) {
   return info;
 }
 
+// The editor's images are under resources/img of $TARN_RESOURCE_ROOT, or else of the source tree
+// this program was built from.
+IGraphics* MakeHeadlessEditor(IPlugBase* plug, int w, int h, int) {
+  const char* root = std::getenv("TARN_RESOURCE_ROOT");
+  return new HeadlessGraphics(plug, w, h, root ? root : TARN_RESOURCE_ROOT);
+}
+
 }  // namespace
 
 // MakePlug always makes a Tarn; it hands it over as the adaptor it derives from.
-EffectSession::EffectSession() : mPlug(MakePlug()), mTarn(static_cast<Tarn*>(mPlug.get())) {}
+EffectSession::EffectSession(bool withEditor)
+    : mPlug(MakePlug(withEditor ? IPlugInstanceInfo{MakeHeadlessEditor} : IPlugInstanceInfo{})),
+      mTarn(static_cast<Tarn*>(mPlug.get())) {}
 
 std::vector<ParamInfo> EffectSession::Params() {
   std::vector<ParamInfo> table;
@@ -61,8 +75,18 @@ void EffectSession::Process(float** inputs, float** outputs, int nFrames) {
 
 double EffectSession::Needle() const { return mTarn->GetNeedle(); }
 
-std::unique_ptr<RenderEffect> MakeTarnEffect(std::string*) {
-  return std::make_unique<EffectSession>();
+std::vector<unsigned char> EffectSession::EditorSnapshot(std::vector<std::string>* missingImages) {
+  auto* editor = static_cast<HeadlessGraphics*>(mPlug->GetGUI());
+  std::vector<unsigned char> png;
+  if (!editor) return png;
+  editor->Tick();
+  *missingImages = editor->MissingImages();
+  LICE_EncodePNG(editor->GetDrawBitmap(), false, &png);
+  return png;
+}
+
+std::unique_ptr<RenderEffect> MakeTarnEffect(bool withEditor, std::string*) {
+  return std::make_unique<EffectSession>(withEditor);
 }
 
 }  // namespace render

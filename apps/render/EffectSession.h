@@ -14,7 +14,7 @@ namespace render {
 // single-precision path (ProcessAudio, which widens to double, runs the effect and narrows back).
 class EffectSession : public RenderEffect {
  public:
-  EffectSession();
+  explicit EffectSession(bool withEditor = false);
 
   std::vector<ParamInfo> Params() override;
   std::vector<unsigned char> SaveState() override;
@@ -23,6 +23,7 @@ class EffectSession : public RenderEffect {
   void Prepare(double sampleRate, int nChannels, int maxBlockFrames) override;
   void Process(float** inputs, float** outputs, int nFrames) override;
   double Needle() const override;
+  std::vector<unsigned char> EditorSnapshot(std::vector<std::string>* missingImages) override;
 
  private:
   std::unique_ptr<IPlugAdaptor> mPlug;

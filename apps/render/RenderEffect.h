@@ -32,9 +32,15 @@ class RenderEffect {
   virtual void Process(float** inputs, float** outputs, int nFrames) = 0;
   // The meter's needle value after the last block.
   virtual double Needle() const = 0;
+  // The effect's editor as it stands, redrawn, as an opaque PNG image, with the names of the
+  // images it could not load; empty when the effect was made without an editor or has none.
+  virtual std::vector<unsigned char> EditorSnapshot(std::vector<std::string>* /*missingImages*/) {
+    return {};
+  }
 };
 
-// Makes the Tarn effect; null, with the reason in *error, when it cannot be made.
-std::unique_ptr<RenderEffect> MakeTarnEffect(std::string* error);
+// Makes the Tarn effect, with its editor on the headless back end when asked for (its meter then
+// runs as with a window open); null, with the reason in *error, when it cannot be made.
+std::unique_ptr<RenderEffect> MakeTarnEffect(bool withEditor, std::string* error);
 
 }  // namespace render

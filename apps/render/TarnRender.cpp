@@ -47,7 +47,7 @@ class RenderJob {
            std::string* error) {
     return OpenInput(error) && MakeEffect(makeEffect, error) && RestoreState(error) &&
            ApplyParams(error) && CreateOutputs(error) && SaveState(error) &&
-           Render(interrupted, error) && Commit(error);
+           Render(interrupted, error) && SaveSnapshot(error) && Commit(error);
   }
 
  private:
@@ -61,7 +61,7 @@ class RenderJob {
   }
 
   bool MakeEffect(const EffectFactory& makeEffect, std::string* error) {
-    mEffect = makeEffect(error);
+    mEffect = makeEffect(!mCli.editorSnapshot.empty(), error);
     return mEffect != nullptr;
   }
 
@@ -96,17 +96,35 @@ class RenderJob {
   // before the render, so that a folder that cannot be written to is reported at once.
   bool CreateOutputs(std::string* error) {
     mOutputPath = mCli.output.empty() ? DefaultOutputPath(mCli.input) : mCli.output;
-    if (!CheckDistinctFiles(
-            {{"the input", mCli.input}, {"the state file to load", mCli.loadState}},
-            {{"the output", mOutputPath}, {"the state file to save", mCli.saveState}}, error)) {
+    if (!CheckDistinctFiles({{"the input", mCli.input}, {"the state file to load", mCli.loadState}},
+                            {{"the output", mOutputPath},
+                             {"the state file to save", mCli.saveState},
+                             {"the editor snapshot", mCli.editorSnapshot}},
+                            error)) {
       return false;
     }
     mWriter = FloatWavWriter::Create(mOutputPath, mSource->NChannels(), mSource->SampleRate(),
                                      mSource->NFrames(), error);
-    if (!mWriter) return false;
-    if (mCli.saveState.empty()) return true;
-    mStateOut = OutputFile::Open(mCli.saveState, error);
-    return mStateOut != nullptr;
+    return mWriter && Open(mCli.saveState, &mStateOut, error) &&
+           Open(mCli.editorSnapshot, &mSnapshotOut, error);
+  }
+
+  static bool Open(const std::string& path, std::unique_ptr<OutputFile>* file, std::string* error) {
+    if (path.empty()) return true;
+    *file = OutputFile::Open(path, error);
+    return *file != nullptr;
+  }
+
+  // The editor as the render left it; images it could not load are left out, with a warning.
+  bool SaveSnapshot(std::string* error) {
+    if (!mSnapshotOut) return true;
+    std::vector<std::string> missing;
+    const std::vector<unsigned char> png = mEffect->EditorSnapshot(&missing);
+    for (const std::string& image : missing)
+      mConsole.err << "tarn-render: warning: the editor image " << Quoted(image)
+                   << " is missing or unreadable; the snapshot shows nothing of it\n";
+    if (png.empty()) *error = "the effect has no editor to draw for " + Quoted(mCli.editorSnapshot);
+    return !png.empty() && mSnapshotOut->Write(png.data(), png.size(), error);
   }
 
   bool SaveState(std::string* error) {
@@ -130,7 +148,9 @@ class RenderJob {
   bool Commit(std::string* error) {
     if (!mWriter->Commit(error)) return false;
     if (mStateOut && !mStateOut->Commit(error)) return false;
+    if (mSnapshotOut && !mSnapshotOut->Commit(error)) return false;
     mConsole.out << FormatSummary(mReport, mSource->Describe(), mOutputPath);
+    if (mSnapshotOut) mConsole.out << "editor snapshot: " << mCli.editorSnapshot << "\n";
     return true;
   }
 
@@ -140,6 +160,7 @@ class RenderJob {
   std::string mOutputPath;
   std::unique_ptr<FloatWavWriter> mWriter;
   std::unique_ptr<OutputFile> mStateOut;
+  std::unique_ptr<OutputFile> mSnapshotOut;
   std::unique_ptr<RenderEffect> mEffect;
   RenderReport mReport;
 };
@@ -147,7 +168,7 @@ class RenderJob {
 void PrintHelp(const EffectFactory& makeEffect, const Console& console) {
   console.out << Usage();
   std::string error;
-  std::unique_ptr<RenderEffect> effect = makeEffect(&error);
+  std::unique_ptr<RenderEffect> effect = makeEffect(false, &error);
   if (effect) console.out << "\nParameters:\n" << DescribeParams(effect->Params());
 }
 

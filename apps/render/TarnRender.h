@@ -17,7 +17,8 @@ struct Console {
   bool errIsTerminal;  // progress is drawn only on a terminal
 };
 
-using EffectFactory = std::function<std::unique_ptr<RenderEffect>(std::string* error)>;
+using EffectFactory =
+    std::function<std::unique_ptr<RenderEffect>(bool withEditor, std::string* error)>;
 
 // Exit statuses besides 0.
 constexpr int kExitFailure = 1;     // a file or the render failed

@@ -21,6 +21,7 @@
 #include "ProgressDisplay.h"
 #include "ScratchFolder.h"
 #include "TarnRender.h"
+#include "lice/LICE_PNG.h"
 
 using namespace render;
 using namespace test_files;
@@ -125,7 +126,7 @@ class TarnRender : public ::testing::Test {
   }
   Result Run(const Names& args, EffectFactory factory = nullptr) {
     std::ostringstream out, err;
-    if (!factory) factory = [&](std::string*) { return std::make_unique<FakeEffect>(&mLog); };
+    if (!factory) factory = [&](bool, std::string*) { return std::make_unique<FakeEffect>(&mLog); };
     const int status = RunTarnRender(args, factory, {out, err, false}, mInterrupted);
     return {status, out.str(), err.str()};
   }
@@ -255,6 +256,8 @@ TEST_F(TarnRender, BadInputsFailWithOneLineAndLeaveNoFile) {
       {{"in.wav", "--save-state", "no/s"}, "cannot write \"no/s\" in folder \"no\": No such file"},
       {{"in.wav", "-o", "loop", "--save-state", "loop2"}, "\"loop\": Too many levels of symbolic"},
       {{"in.wav", "-o", "41"}, "cannot write \"41\": Too many levels of symbolic links"},
+      {{"in.wav", "--editor-snapshot", "s.png"}, "the effect has no editor to draw for \"s.png\""},
+      {{"in.wav", "-o", "x", "--editor-snapshot", "x"}, "snapshot \"x\" is the same file as the"},
       {{"in.wav", "--bogus"}, "unknown option \"--bogus\" (see tarn-render --help)"},
       {{"--block", "8193"}, "\"8193\" is outside 1 to 8192 frames (see tarn-render --help)"},
   };
@@ -268,6 +271,23 @@ TEST_F(TarnRender, BadInputsFailWithOneLineAndLeaveNoFile) {
   mInterrupted = [calls = 0]() mutable { return ++calls > 3; };  // after the third block
   EXPECT_EQ(Run({"in.wav", "--block", "10"}).err, "tarn-render: interrupted\n");
   EXPECT_EQ(std::make_pair(mLog.back(), List()), std::make_pair("block 10"s, before));
+}
+
+// The snapshot shows the panel as the render left it: the mode's lamp lit, the needle's line in
+// the column its last value gives. (bad_inputs.sh runs it without its images.)
+TEST_F(TarnRender, EditorSnapshotShowsThePanelAsTheRenderLeftIt) {
+  const Result r =
+      Run({"in.wav", "-p", "mode=Output", "--editor-snapshot", "s.png"}, MakeTarnEffect);
+  const std::unique_ptr<LICE_IBitmap> panel(LICE_LoadPNG("s.png", nullptr));
+  ASSERT_TRUE(r.status == 0 && r.err.empty() && panel && panel->getWidth() == 304);
+  const auto red = [&](int x, int y) {
+    return LICE_GETR(panel->getBits()[y * panel->getRowSpan() + x]);
+  };
+  EXPECT_TRUE(red(252, 25) > 200 && red(114, 25) < 150);  // OUT lit, IN not
+  int line = 56;  // the darkest column of a row of the face below the scale
+  for (int x = 56; x < 254; ++x) line = red(x, 88) < red(line, 88) ? x : line;
+  const double needle = std::stod(r.out.substr(r.out.find("needle: ") + 8));
+  EXPECT_EQ(line, 55 + static_cast<int>(196 * needle) + 3) << needle;
 }
 
 // One line on a terminal, drawn not in the first tenth of a second (short renders stay silent)

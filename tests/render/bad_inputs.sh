@@ -16,4 +16,7 @@ refuse() {  # STATUS TEXT ARGS...
 }
 refuse 1 'cannot read input "out" as audio' out
 refuse 2 'option "--block" needs a value' tarn-demo.wav --block
+# Images it cannot read are named, and the editor snapshot is written all the same.
+TARN_RESOURCE_ROOT=. "$exe" -q --editor-snapshot s.png >/dev/null 2>err && [ -s s.png ] &&
+  grep -q 'image "resources/img/KnobS1.png" is missing' err || fail "snapshot without images: $(cat err)"
 [ "$failures" -eq 0 ] && echo "all renders and refusals as expected"
