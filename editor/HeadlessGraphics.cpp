@@ -2,6 +2,7 @@
 
 #include "editor/IControl.h"
 #include "editor/IPopupMenu.h"
+#include "editor/MenuLines.h"
 #include "lice/LICE_PNG.h"
 #include "lice/LICE_SysBitmap.h"
 
@@ -24,46 +25,29 @@ bool HeadlessGraphics::DrawScreen(IRECT* rect) {
   return true;
 }
 
+// The chooser answers with a line of the menu as a window system would list it.
 IPopupMenu* HeadlessGraphics::CreateIPopupMenu(IPopupMenu* menu, IRECT*) {
   ReleaseMouseCapture();  // the mouse up that ends the right click must not reach the control
-  const int chosen = mChooser ? mChooser(*menu) : -1;
-  if (chosen < 0 || chosen >= menu->GetNItems()) return nullptr;
-  menu->SetChosenItemIdx(chosen);
-  return menu;
+  return ChooseLine(menu, mChooser ? mChooser(*menu) : -1);
 }
 
-// One field at a time: a request while one is open is ignored.
 void HeadlessGraphics::CreateTextEntry(IControl* control, IText*, IRECT* textRect, const char* str,
                                        IParam* param) {
-  if (mEntryControl || !control) return;
-  mEntryControl = control, mEntryParam = param, mEntryRECT = *textRect, mEntryText = str;
-  mFilter = TextEntryFilter::ForParam(param, control->GetTextEntryLength());
+  mEntry.Open(control, param, *textRect, str);
 }
 
 bool HeadlessGraphics::Type(const std::string& keys) {
   bool all = true;
   for (char key : keys) {
-    const std::string edited = key == '\b'
-                                   ? mEntryText.substr(0, mEntryText.size() - !mEntryText.empty())
-                                   : mEntryText + key;
-    if (mFilter.Accepts(edited.c_str()))
-      mEntryText = edited;
-    else
-      all = false;
+    const std::string& text = mEntry.Text();
+    all &= mEntry.Edit(key == '\b' ? text.substr(0, text.size() - !text.empty()) : text + key);
   }
   return all;
 }
 
+// The whole view is repainted, as a back end does once the field is gone.
 void HeadlessGraphics::CommitTextEntry() {
-  IControl* control = mEntryControl;
-  IParam* param = mEntryParam;
-  mEntryControl = nullptr, mEntryParam = nullptr;
-  if (!control) return;
-  if (param)
-    SetFromStringAfterPrompt(control, param, mEntryText.c_str());
-  else
-    control->TextFromTextEntry(mEntryText.c_str());
-  SetAllControlsDirty();
+  if (mEntry.End(this, true)) SetAllControlsDirty();
 }
 
 LICE_IBitmap* HeadlessGraphics::OSLoadBitmap(int, const char* name) {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "editor/IGraphics.h"
-#include "editor/TextEntryFilter.h"
+#include "editor/TextEntrySession.h"
 
 // An editor back end without a window: the back buffer stays in memory, the redraw timer is a
 // call (Tick), images load as PNG files from a folder, and menus and value fields are answered by
@@ -26,9 +26,9 @@ class HeadlessGraphics : public IGraphics {
   void AnswerMenusWith(std::function<int(const IPopupMenu&)> chooser) { mChooser = chooser; }
   // The open value field, as the user edits it: each keystroke's text is offered to the filter
   // and refused if it does not pass. Commit applies it; Cancel drops it.
-  bool TextEntryOpen() const { return mEntryControl != nullptr; }
-  const std::string& EntryText() const { return mEntryText; }
-  const IRECT& EntryRECT() const { return mEntryRECT; }
+  bool TextEntryOpen() const { return mEntry.IsOpen(); }
+  const std::string& EntryText() const { return mEntry.Text(); }
+  const IRECT& EntryRECT() const { return mEntry.Rect(); }
   bool Type(const std::string& keys);
   void CommitTextEntry();
 
@@ -36,7 +36,7 @@ class HeadlessGraphics : public IGraphics {
   bool MeasureIText(IText* text, char* str, IRECT* dest) override {
     return MeasureWithCachedFont(text, str, dest);
   }
-  void ForceEndUserEdit() override { mEntryControl = nullptr, mEntryParam = nullptr; }
+  void ForceEndUserEdit() override { mEntry.End(this, false); }
   int ShowMessageBox(const char*, const char*, int) override { return 0; }
   IPopupMenu* CreateIPopupMenu(IPopupMenu* menu, IRECT* areaRect) override;
   void CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
@@ -59,9 +59,5 @@ class HeadlessGraphics : public IGraphics {
   std::string mImageFolder;
   std::vector<std::string> mMissingImages;
   std::function<int(const IPopupMenu&)> mChooser;
-  IControl* mEntryControl = nullptr;
-  IParam* mEntryParam = nullptr;
-  IRECT mEntryRECT;
-  std::string mEntryText;
-  TextEntryFilter mFilter;
+  TextEntrySession mEntry;
 };

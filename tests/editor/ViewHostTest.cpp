@@ -1,5 +1,8 @@
 // A view's arithmetic and decisions, by the numbers a view on a 64 × 48 editor must produce.
 #include "EditorTesting.h"
+#include "editor/IPopupMenu.h"
+#include "editor/MenuLines.h"
+#include "editor/TextEntrySession.h"
 #include "editor/ViewHost.h"
 
 // Rectangles turn over with a pixel's difference between the two conventions, so a round trip
@@ -62,4 +65,49 @@ TEST(ViewHost, KeysNamesAndTexts) {
   EXPECT_EQ(std::string(ViewHost::GuiApiName(false, true)) + "|" +
                 ViewHost::GuiApiName(true, true) + "|" + ViewHost::GuiApiName(true, false),
             "Cocoa gui|Carbon Composited gui|Carbon Non-Composited gui");
+}
+
+// One field at a time; an edit the filter refuses leaves the text; ending it applies the text to
+// the parameter or, without one, to the control, or drops it. The field's font is 0.9 the size.
+TEST(ViewHost, TextEntrySessionAndFieldFont) {
+  EditorPlug plug;
+  TestEditor editor(&plug);
+  RecordingControl free(&plug, -1), bound(&plug, 0);
+  TextEntrySession field;
+  EXPECT_TRUE(field.Open(&free, nullptr, {1, 2, 3, 4}, "ab") &&
+              !field.Open(&bound, nullptr, {}, ""));
+  EXPECT_TRUE(field.Edit("abc") && field.End(&editor, true) && free.text == "abc");
+  EXPECT_TRUE(field.Open(&bound, plug.GetParam(0), {}, "1") && !field.Edit("1x") &&
+              field.Edit("-2"));
+  EXPECT_TRUE(field.End(&editor, false) && !field.End(&editor, true) &&
+              plug.GetParam(0)->Value() == 0);
+  EXPECT_TRUE(field.Open(&bound, plug.GetParam(0), {}, "-2.5") && field.End(&editor, true));
+  EXPECT_EQ(plug.GetParam(0)->Value(), -2.5);
+  IText ten, fourteen;
+  fourteen.mSize = 14;
+  EXPECT_EQ(std::pair(TextEntrySession::FontSize(ten), TextEntrySession::FontSize(fourteen)),
+            std::pair(9, 12));
+}
+
+// Submenus follow their entry one level deeper; numbering, separators, checks, titles and
+// disabled items show; a chosen line sets the chosen index of the menu it belongs to.
+TEST(ViewHost, MenuLinesAndChoices) {
+  IPopupMenu menu, *sub = new IPopupMenu;
+  sub->AddItem("x"), sub->AddItem("y", IPopupMenuItem::kChecked);
+  menu.AddItem("a"), menu.AddItem("", IPopupMenuItem::kSeparator);
+  menu.AddItem(new IPopupMenuItem("sub", 0, sub));
+  menu.AddItem("t", IPopupMenuItem::kTitle), menu.AddItem("d", IPopupMenuItem::kDisabled);
+  menu.SetPrefix(2);
+  std::string shown;
+  for (const MenuLine& l : FlattenMenu(menu))
+    shown += std::to_string(l.depth) + " " + l.title + (l.separator ? "-" : "") +
+             (l.submenu ? ">" : "") + (l.checked ? "*" : "") + (l.indented ? "^" : "") +
+             (l.disabled ? "~" : "") + "|";
+  EXPECT_EQ(shown, "0 01: a|0 02: -|0 03: sub>|1 x|1 y*|0 04: t^|0 05: d~|");
+  EXPECT_TRUE(ChooseLine(&menu, 4) == sub && sub->GetChosenItemIdx() == 1);
+  EXPECT_TRUE(ChooseLine(&menu, 5) == &menu && menu.GetChosenItemIdx() == 3);
+  for (int line : {-1, 1, 2, 6, 7}) EXPECT_EQ(ChooseLine(&menu, line), nullptr) << line;
+  int x, y;
+  MenuAnchor({10, 20, 40, 36}, &x, &y);
+  EXPECT_EQ(std::pair(x, y), std::pair(10, 40));
 }

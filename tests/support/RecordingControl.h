@@ -6,10 +6,10 @@
 #include "editor/IControl.h"
 
 // A control that draws nothing and keeps what reaches it: the last value from the plug-in, the
-// number of values and of draws, and the text it is to show (it stands for a value or name
-// display too). With a log it also writes "index:value," for each value, its tag and a letter for
-// each event ("d" down, "u" up, "g" drag dX dY, "2" double click, "w" wheel, "k" key, "o" over,
-// "x" out) and "deleted" when the editor deletes it.
+// number of values and of draws, and the text it is to show or was typed for it (it stands for
+// a value or name display too). With a log it also writes "index:value," for each value, its tag
+// and a letter for each event ("d" down, "u" up, "g" drag dX dY, "2" double click, "w" wheel, "k"
+// key, "o" over, "x" out) and "deleted" when the editor deletes it.
 struct RecordingControl : IControl {
   RecordingControl(IPlugBase* plug, int paramIdx, std::string* log = nullptr,
                    IRECT r = {0, 0, 1, 1}, std::string tag = "")
@@ -25,6 +25,7 @@ struct RecordingControl : IControl {
   bool Draw(IGraphics*) override { return ++draws, true; }
   const char* GetTextToShow() const override { return text.c_str(); }
   void SetTextToShow(const char* t) override { text = t; }
+  void TextFromTextEntry(const char* t) override { text = t; }
   void Log(const std::string& event) {
     if (log) *log += tag + event + ",";
   }
