@@ -1,8 +1,10 @@
 #include "editor/ViewHost.h"
 
 #include <cctype>
+#include <cmath>
 
 #include "editor/IGraphics.h"
+#include "editor/TextEntrySession.h"
 
 ViewRect ViewHost::ToView(const IRECT& r) const {
   return {r.L, mEditor->Height() - r.B - 1, r.R + 1 - r.L, r.B + 1 - r.T};
@@ -52,8 +54,8 @@ void ViewHost::MouseUp(double px, double py, ViewModifiers m) {
   Send(&IGraphics::OnMouseUp, px, py, LeftButton(m));
 }
 
-void ViewHost::MouseDragged(double px, double py, ViewModifiers m, bool textEntryOpen) {
-  if (!textEntryOpen) Send(&IGraphics::OnMouseDrag, px, py, LeftButton(m));
+void ViewHost::MouseDragged(double px, double py, ViewModifiers m) {
+  if (!FieldOpen()) Send(&IGraphics::OnMouseDrag, px, py, LeftButton(m));
 }
 
 void ViewHost::RightMouseDown(double px, double py, ViewModifiers m) {
@@ -64,9 +66,11 @@ void ViewHost::RightMouseUp(double px, double py, ViewModifiers m) {
   Send(&IGraphics::OnMouseUp, px, py, RightButton(m));
 }
 
-void ViewHost::RightMouseDragged(double px, double py, ViewModifiers m, bool textEntryOpen) {
-  if (!textEntryOpen) Send(&IGraphics::OnMouseDrag, px, py, RightButton(m));
+void ViewHost::RightMouseDragged(double px, double py, ViewModifiers m) {
+  if (!FieldOpen()) Send(&IGraphics::OnMouseDrag, px, py, RightButton(m));
 }
+
+bool ViewHost::FieldOpen() const { return mEntry && mEntry->IsOpen(); }
 
 void ViewHost::Send(void (IGraphics::*call)(int, int, IMouseMod*), double px, double py,
                     IMouseMod mod) {
@@ -83,10 +87,16 @@ void ViewHost::MouseMoved(double px, double py, ViewModifiers m) {
 }
 
 void ViewHost::ScrollWheel(double px, double py, ViewModifiers m, double deltaY) {
+  if (mEntry) mEntry->End(mEditor, false);
   int x, y;
   MousePosition(px, py, &x, &y);
   IMouseMod mod = LeftButton(m);
   mEditor->OnMouseWheel(x, y, &mod, static_cast<int>(deltaY));
+}
+
+void ViewHost::Removed() {
+  if (mEntry) mEntry->End(mEditor, false);
+  mEditor->CloseWindow();
 }
 
 bool ViewHost::KeyDown(const std::u32string& charactersIgnoringModifiers) {
@@ -119,6 +129,11 @@ std::string ViewHost::ResourceStem(const std::string& fileName) {
   const std::string::size_type slash = fileName.rfind('/');
   const std::string last = slash == std::string::npos ? fileName : fileName.substr(slash + 1);
   return last.substr(0, last.rfind('.'));
+}
+
+int ViewHost::CentredOffset(double frameWidth, int editorWidth) {
+  return frameWidth > editorWidth ? static_cast<int>(std::floor((frameWidth - editorWidth) * 0.5))
+                                  : 0;
 }
 
 const char* ViewHost::GuiApiName(bool carbon, bool composited) {

@@ -6,6 +6,7 @@
 #include "editor/IRECT.h"
 
 class IGraphics;
+class TextEntrySession;
 
 // A rectangle in a view's own coordinates, whose origin is the bottom-left corner.
 struct ViewRect {
@@ -35,7 +36,9 @@ enum : char32_t {
 // and carries out the answers (invalidate this rectangle, give this key back to the host).
 class ViewHost {
  public:
-  explicit ViewHost(IGraphics* editor) : mEditor(editor) {}
+  // The view's value field, if the back end has one, is ended and consulted by the events.
+  explicit ViewHost(IGraphics* editor, TextEntrySession* entry = nullptr)
+      : mEditor(editor), mEntry(entry) {}
 
   // An editor rectangle in view coordinates: (L, height - B - 1, R + 1 - L, B + 1 - T).
   ViewRect ToView(const IRECT& r) const;
@@ -49,16 +52,18 @@ class ViewHost {
 
   // Mouse events at a position in view coordinates. A press with Command and Control held over a
   // control that automation can reach goes to the host instead (MouseDown returns false): the
-  // host shows its automation menu. Drags are dropped while a value field is open.
+  // host shows its automation menu. Drags are dropped while a value field is open; the wheel
+  // first ends an open field without applying it.
   bool MouseDown(double px, double py, ViewModifiers m, int clickCount);
   void MouseUp(double px, double py, ViewModifiers m);
-  void MouseDragged(double px, double py, ViewModifiers m, bool textEntryOpen);
+  void MouseDragged(double px, double py, ViewModifiers m);
   void RightMouseDown(double px, double py, ViewModifiers m);
   void RightMouseUp(double px, double py, ViewModifiers m);
-  void RightMouseDragged(double px, double py, ViewModifiers m, bool textEntryOpen);
+  void RightMouseDragged(double px, double py, ViewModifiers m);
   void MouseMoved(double px, double py, ViewModifiers m);
-  // The back end first ends an open value field without applying it.
   void ScrollWheel(double px, double py, ViewModifiers m, double deltaY);
+  // The host took the view away: an open field is dropped and the editor's window closed.
+  void Removed();
   // A key at the last mouse position; false when the host should have it back.
   bool KeyDown(const std::u32string& charactersIgnoringModifiers);
 
@@ -76,11 +81,17 @@ class ViewHost {
   static std::string ResourceStem(const std::string& fileName);
   // How the editor is hosted, as reported to the host.
   static const char* GuiApiName(bool carbon, bool composited);
+  // A view of editorWidth centred over a wider frame starts floor((frame - editor) / 2) in; over a
+  // narrower one, at 0.
+  static int CentredOffset(double frameWidth, int editorWidth);
 
  private:
   // The call at the editor's position for the event, which is remembered for keys.
   void Send(void (IGraphics::*call)(int, int, IMouseMod*), double px, double py, IMouseMod mod);
 
+  bool FieldOpen() const;
+
   IGraphics* mEditor;
+  TextEntrySession* mEntry;
   int mLastX = 0, mLastY = 0;  // the last mouse position, for keys
 };

@@ -32,19 +32,23 @@ TEST(ViewHost, EventsBecomeTheEditorsCalls) {
   EXPECT_TRUE(l.L && l.R && l.S && l.C && l.A && !r.L && r.R && !r.S && !r.C && !r.A);
   EditorPlug plug;
   TestEditor editor(&plug);
-  ViewHost view(&editor);
-  editor.AttachControl(new RecordingControl(&plug, 0, &plug.log, {0, 0, 30, 48}, "A"));
+  TextEntrySession field;
+  ViewHost view(&editor, &field);
+  auto* a = new RecordingControl(&plug, 0, &plug.log, {0, 0, 30, 48}, "A");
+  editor.AttachControl(a);
   editor.AttachBackground(1064048, "");  // automation never reaches the background
   // the view's point (px, py) is the editor's (px - 2, 45 - py): x 10 is on A, x 40 is not
   EXPECT_FALSE(view.MouseDown(12, 20, both, 1));
   EXPECT_TRUE(view.MouseDown(12, 20, {}, 2) && view.MouseDown(12, 20, command, 1));
-  view.MouseDragged(14, 20, {}, true), view.MouseDragged(15, 21, {}, false);
-  view.RightMouseDragged(16, 21, {}, false), view.RightMouseUp(16, 21, {});
-  view.ScrollWheel(12, 20, {}, -1.7), view.MouseMoved(42, 20, {});
+  field.Open(a, nullptr, {}, "typed"), view.MouseDragged(14, 20, {});  // no drag while it is open
+  view.ScrollWheel(12, 20, {}, -1.7), view.MouseDragged(15, 21, {});   // which the wheel ends
+  view.RightMouseDragged(16, 21, {}), view.RightMouseUp(16, 21, {}), view.MouseMoved(42, 20, {});
   EXPECT_FALSE(view.KeyDown(U"a"));
   view.MouseMoved(12, 20, {});
   EXPECT_TRUE(view.KeyDown(U"a") && !view.KeyDown(U"\u00e9"));
-  EXPECT_EQ(plug.log, "A2,Ad,begin 0,Ag3 -1,Ag1 0,Au,end 0,Aw-1,Ak15,");
+  EXPECT_EQ(plug.log, "A2,Ad,begin 0,Aw-1,Ag3 -1,Ag1 0,Au,end 0,Ak15,");
+  field.Open(a, nullptr, {}, "typed"), view.Removed();
+  EXPECT_TRUE(!field.IsOpen() && a->text.empty());  // dropped, not applied
 }
 
 // Space, the arrows, digits and letters in either case have codes; anything else, or more than
@@ -60,6 +64,9 @@ TEST(ViewHost, KeysNamesAndTexts) {
               ViewHost::IsPngName("c.Png"));
   EXPECT_FALSE(ViewHost::IsPngName("d.jpg") || ViewHost::IsPngName("png") ||
                ViewHost::IsPngName("e.pngx") || ViewHost::IsPngName("f.png/g"));
+  EXPECT_EQ(std::tuple(ViewHost::CentredOffset(400.0, 304), ViewHost::CentredOffset(305.9, 304),
+                       ViewHost::CentredOffset(300.0, 304)),
+            std::tuple(48, 0, 0));
   EXPECT_EQ(ViewHost::ResourceStem("resources/img/KnobS1.png") + ViewHost::ResourceStem("x"),
             "KnobS1x");
   EXPECT_EQ(std::string(ViewHost::GuiApiName(false, true)) + "|" +
