@@ -16,6 +16,10 @@ refuse() {  # STATUS TEXT ARGS...
 }
 refuse 1 'cannot read input "out" as audio' out
 refuse 2 'option "--block" needs a value' tarn-demo.wav --block
+# A FIFO whose reader goes away after one byte: one line naming it and status 1, not SIGPIPE.
+mkfifo gone.fifo && { timeout 20 head -c 1 gone.fifo >/dev/null & }
+"$exe" -q -o gone.fifo >/dev/null 2>err; status=$? && wait
+[ $status -eq 1 ] && grep -q '"gone.fifo": Broken pipe' err || fail "reader gone: $status $(cat err)"
 # Images it cannot read are named, and the editor snapshot is written all the same.
 TARN_RESOURCE_ROOT=. "$exe" -q --editor-snapshot s.png >/dev/null 2>err && [ -s s.png ] &&
   grep -q 'image "resources/img/KnobS1.png" is missing' err || fail "snapshot without images: $(cat err)"
