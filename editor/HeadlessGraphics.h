@@ -41,12 +41,7 @@ class HeadlessGraphics : public IGraphics {
   IPopupMenu* CreateIPopupMenu(IPopupMenu* menu, IRECT* areaRect) override;
   void CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
                        IParam* param) override;
-  void HostPath(WDL_String* path) override { path->Set(""); }
   void PluginPath(WDL_String* path) override { path->Set(mImageFolder.c_str()); }
-  void DesktopPath(WDL_String* path) override { path->Set(""); }
-  void PromptForFile(WDL_String*, EFileAction, WDL_String*, char*) override {}
-  bool PromptForColor(IColor*, char*) override { return false; }
-  bool OpenURL(const char*, const char*, const char*, const char*) override { return false; }
   void* OpenWindow(void*) override { return nullptr; }
   void CloseWindow() override {}
   void* GetWindow() override { return nullptr; }

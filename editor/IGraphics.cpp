@@ -142,3 +142,7 @@ void IGraphics::DrawEachDirtyControl() {
     dirty->SetClean();
   }
 }
+
+void IGraphics::HostPath(WDL_String* path) { path->Set(""); }
+
+void IGraphics::DesktopPath(WDL_String* path) { path->Set(""); }

@@ -37,14 +37,17 @@ class IGraphics {
   // Opens a field for typing a value; the text arrives later through SetFromStringAfterPrompt.
   virtual void CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
                                IParam* param) = 0;
-  virtual void HostPath(WDL_String* path) = 0;
   virtual void PluginPath(WDL_String* path) = 0;
-  virtual void DesktopPath(WDL_String* path) = 0;
-  virtual void PromptForFile(WDL_String* file, EFileAction action, WDL_String* dir,
-                             char* extensions) = 0;
-  virtual bool PromptForColor(IColor* color, char* prompt) = 0;
-  virtual bool OpenURL(const char* url, const char* windowTitle, const char* confirmMsg,
-                       const char* errMsgOnFailure) = 0;
+  // Window-system services this editor never uses: plain answers a back end may replace.
+  virtual void HostPath(WDL_String* path);
+  virtual void DesktopPath(WDL_String* path);
+  virtual void PromptForFile(WDL_String* /*file*/, EFileAction /*action*/, WDL_String* /*dir*/,
+                             char* /*extensions*/) {}
+  virtual bool PromptForColor(IColor* /*color*/, char* /*prompt*/) { return false; }
+  virtual bool OpenURL(const char* /*url*/, const char* /*windowTitle*/, const char* /*confirmMsg*/,
+                       const char* /*errMsgOnFailure*/) {
+    return false;
+  }
   virtual void* OpenWindow(void* parent) = 0;
   virtual void* OpenWindow(void* /*window*/, void* /*control*/, short /*left*/, short /*top*/) {
     return nullptr;

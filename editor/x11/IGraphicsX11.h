@@ -1,0 +1,50 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "editor/IGraphics.h"
+#include "editor/TextEntrySession.h"
+#include "editor/ViewHost.h"
+
+// The editor in an X11 window embedded in a window of the host: painted from the back buffer,
+// fed with the mouse, the wheel and keys through the view-host core, and repainted where dirty at
+// the editor's frame rate from Idle(), which the host calls often (an LV2 UI's idle callback) or a
+// loop of the caller's does. It opens its own connection to the display and needs no toolkit;
+// Xlib stays out of this header, whose includers need not see its macros.
+class IGraphicsX11 : public IGraphics {
+ public:
+  IGraphicsX11(IPlugBase* plug, int w, int h, int fps, std::string imageFolder);
+  ~IGraphicsX11() override;
+
+  // parent: the host's window (an X11 Window id) as a pointer; none: the root window. Returns
+  // the editor's window id the same way, or null when the display cannot be opened.
+  void* OpenWindow(void* parent) override;
+  void CloseWindow() override;
+  void* GetWindow() override;
+  bool WindowIsOpen() override { return mX != nullptr; }
+  const char* GetGUIAPI() override { return "X11 gui"; }
+  // Handles the events waiting, then repaints what is dirty once a frame is due.
+  void Idle();
+
+  bool DrawScreen(IRECT* rect) override;
+  void ForceEndUserEdit() override { mEntry.End(this, false); }
+  int ShowMessageBox(const char*, const char*, int) override { return 0; }
+  IPopupMenu* CreateIPopupMenu(IPopupMenu*, IRECT*) override { return nullptr; }
+  void CreateTextEntry(IControl*, IText*, IRECT*, const char*, IParam*) override {}
+  void PluginPath(WDL_String* path) override { path->Set(mImageFolder.c_str()); }
+  LICE_IBitmap* OSLoadBitmap(int id, const char* name) override;
+
+ private:
+  struct X11Window;  // the connection, the window and the event handling
+
+  std::string mImageFolder;
+  TextEntrySession mEntry;
+  ViewHost mView{this, &mEntry};
+  std::unique_ptr<X11Window> mX;
+  std::vector<uint32_t> mPixels;  // the back buffer in the display's 32-bit layout
+  std::chrono::steady_clock::time_point mNextFrame;
+};

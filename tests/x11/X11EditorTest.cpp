@@ -1,0 +1,103 @@
+// The X11 back end on a private Xvfb display: Tarn's panel opens in a window of a host, shows what
+// the headless editor shows, and answers the mouse, the wheel and keys.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+#include "dsp/Tarn.h"
+#include "editor/HeadlessGraphics.h"
+#include "editor/x11/IGraphicsX11.h"
+#include "lice/LICE_SysBitmap.h"
+
+// Last: Xlib's macros (None, Bool, Status) would clash with the names above.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+
+namespace {
+
+IGraphics* MakeX11(IPlugBase* plug, int w, int h, int fps) {
+  return new IGraphicsX11(plug, w, h, fps, TARN_SOURCE_DIR);
+}
+IGraphics* MakeHeadless(IPlugBase* plug, int w, int h, int) {
+  return new HeadlessGraphics(plug, w, h, TARN_SOURCE_DIR);
+}
+
+// A host's window with Tarn's editor in it; the host's connection listens for keys handed back.
+struct Host {
+  Host() : display(XOpenDisplay(nullptr)) {
+    if (!display) throw std::runtime_error("no X display: run this under with-xvfb.sh");
+    parent = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 400, 500, 0, 0, 0);
+    XSelectInput(display, parent, KeyPressMask);
+    XMapWindow(display, parent), XSync(display, False);
+    window = reinterpret_cast<Window>(gui().OpenWindow(reinterpret_cast<void*>(parent)));
+    Frames(6);
+  }
+  ~Host() { gui().CloseWindow(), XDestroyWindow(display, parent), XCloseDisplay(display); }
+  IGraphicsX11& gui() { return *static_cast<IGraphicsX11*>(tarn.GetGUI()); }
+  void Frames(int n) {
+    for (int i = 0; i < n; ++i) gui().Idle(), usleep(45000);
+  }
+  // An event for the editor's window as the server delivers it, at a time in milliseconds.
+  void Send(int type, int x, int y, unsigned detail, unsigned state, Time time) {
+    XEvent e{};
+    e.type = type;
+    XButtonEvent& b = e.xbutton;  // buttons, motion and keys share these fields' places
+    b.display = display, b.window = window, b.root = DefaultRootWindow(display);
+    b.x = x, b.y = y, b.state = state, b.time = time, b.same_screen = True, b.button = detail;
+    if (type == KeyPress) e.xkey.keycode = detail;
+    XSendEvent(display, window, False, 0, &e), XFlush(display);
+  }
+  Tarn tarn{IPlugInstanceInfo{MakeX11}};
+  Display* display;
+  Window parent, window = 0;
+};
+
+}  // namespace
+
+// Opened in the host's window at 304 × 416, the editor paints every pixel the headless editor
+// draws for the same state.
+TEST(X11Editor, OpensAndShowsWhatTheHeadlessEditorShows) {
+  Host host;
+  ASSERT_TRUE(host.window && host.gui().WindowIsOpen());
+  Tarn reference{IPlugInstanceInfo{MakeHeadless}};
+  auto& headless = *static_cast<HeadlessGraphics*>(reference.GetGUI());
+  headless.Tick();
+  XImage* shown = XGetImage(host.display, host.window, 0, 0, 304, 416, AllPlanes, ZPixmap);
+  ASSERT_TRUE(shown);
+  int differ = 0;
+  for (int y = 0; y < 416; ++y)
+    for (int x = 0; x < 304; ++x) {
+      const LICE_pixel p =
+          headless.GetDrawBitmap()->getBits()[y * headless.GetDrawBitmap()->getRowSpan() + x];
+      differ += XGetPixel(shown, x, y) != (LICE_GETR(p) << 16 | LICE_GETG(p) << 8 | LICE_GETB(p));
+    }
+  XDestroyImage(shown);
+  EXPECT_EQ(differ, 0);
+}
+
+// A drag of 19 pixels up on "Drive" turns it by 19/400; a second press within 400 ms is a double
+// click, which restores the value the session opened with; the wheel moves it 0.01 a notch; a
+// key the editor does not take reaches the host's window.
+TEST(X11Editor, MouseWheelAndKeysReachTheControls) {
+  Host host;
+  IParam* drive = host.tarn.GetParam(kDrive);
+  host.Send(ButtonPress, 84, 168, Button1, 0, 1000);
+  host.Send(MotionNotify, 84, 149, 0, Button1Mask, 1010);
+  host.Send(ButtonRelease, 84, 149, Button1, Button1Mask, 1020);
+  host.Frames(2);
+  EXPECT_DOUBLE_EQ(drive->GetNormalized(), 19.0 / 400);
+  host.Send(ButtonPress, 84, 168, Button1, 0, 5000),
+      host.Send(ButtonRelease, 84, 168, Button1, 0, 5050);
+  host.Send(ButtonPress, 85, 166, Button1, 0, 5300),
+      host.Send(ButtonRelease, 85, 166, Button1, 0, 5350);
+  host.Frames(2);
+  EXPECT_EQ(drive->GetNormalized(), 0.0);
+  host.Send(ButtonPress, 84, 168, Button4, 0, 9000), host.Frames(2);
+  EXPECT_DOUBLE_EQ(drive->GetNormalized(), 0.01);
+  host.Send(KeyPress, 84, 168, XKeysymToKeycode(host.display, XK_q), 0, 9100), host.Frames(2);
+  XEvent handedBack;
+  XSync(host.display, False);
+  EXPECT_TRUE(XCheckTypedWindowEvent(host.display, host.parent, KeyPress, &handedBack));
+}
