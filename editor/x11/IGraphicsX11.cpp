@@ -5,8 +5,14 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
+#include "lice/LICE_CachedFont.h"
+#include "lice/LICE_Fill.h"
+#include "lice/LICE_MemBitmap.h"
 #include "lice/LICE_PNG.h"
 #include "lice/LICE_SysBitmap.h"
 
@@ -27,6 +33,8 @@ uint32_t DisplayPixel(LICE_pixel p) {
   return LICE_GETR(p) << 16 | LICE_GETG(p) << 8 | LICE_GETB(p);
 }
 
+LICE_pixel Pixel(const IColor& c) { return LICE_RGBA(c.R, c.G, c.B, c.A); }
+
 }  // namespace
 
 struct IGraphicsX11::X11Window {
@@ -44,12 +52,74 @@ struct IGraphicsX11::X11Window {
     XCloseDisplay(display);
   }
 
+  // The pixels of r in a bitmap, put at (x, y) of a window.
+  void Put(Window target, LICE_IBitmap* bitmap, const IRECT& r, int x, int y) {
+    std::vector<uint32_t> pixels(r.W() * r.H());
+    for (int row = 0; row < r.H(); ++row) {
+      const int from = bitmap->isFlipped() ? bitmap->getHeight() - 1 - (r.T + row) : r.T + row;
+      const LICE_pixel* source = bitmap->getBits() + from * bitmap->getRowSpan() + r.L;
+      for (int col = 0; col < r.W(); ++col) pixels[row * r.W() + col] = DisplayPixel(source[col]);
+    }
+    XImage* image =
+        XCreateImage(display, DefaultVisual(display, DefaultScreen(display)), 24, ZPixmap, 0,
+                     reinterpret_cast<char*>(pixels.data()), r.W(), r.H(), 32, r.W() * 4);
+    XPutImage(display, target, gc, image, 0, 0, x, y, r.W(), r.H());
+    image->data = nullptr;  // the pixels are the vector's
+    XDestroyImage(image);
+  }
+
+  void OpenField(const IRECT& r, const IText& style) {
+    field = XCreateSimpleWindow(display, window, r.L, r.T, r.W(), r.H(), 0, 0, 0);
+    XSelectInput(display, field, ExposureMask);
+    XMapWindow(display, field);
+    fieldStyle = style, fieldRect = r;
+  }
+
+  // The field's text in its colours, its font a tenth smaller than the control's.
+  void DrawField() {
+    const int w = fieldRect.W(), h = fieldRect.H();
+    LICE_MemBitmap bitmap(w, h);
+    LICE_Clear(&bitmap, Pixel(fieldStyle.mTextEntryBGColor));
+    const RECT box{0, 0, w, h};
+    if (LICE_CachedFont* font =
+            LICE_CachedFont::Get(fieldStyle.mFont, TextEntrySession::FontSize(fieldStyle)))
+      font->Draw(&bitmap, editor.mEntry.Text().c_str(), box, box, fieldStyle.mAlign,
+                 Pixel(fieldStyle.mTextEntryFGColor));
+    Put(field, &bitmap, {0, 0, w, h}, 0, 0);
+  }
+
+  // Ends the field if it is open, and takes its window away once the session has ended, however
+  // it ended; the editor then repaints where it was.
+  void EndField(bool apply) {
+    editor.mEntry.End(&editor, apply);
+    if (!field || editor.mEntry.IsOpen()) return;
+    XDestroyWindow(display, field);
+    field = 0;
+    editor.SetAllControlsDirty();
+  }
+
+  bool FieldKey(KeySym sym, int n, const char* text) {
+    TextEntrySession& entry = editor.mEntry;
+    if (sym == XK_Return || sym == XK_KP_Enter || sym == XK_Escape) {
+      EndField(sym != XK_Escape);
+      return true;
+    }
+    const std::string& typed = entry.Text();
+    if (sym == XK_BackSpace) {
+      entry.Edit(typed.substr(0, typed.size() - !typed.empty()));
+    } else if (n == 1 && static_cast<unsigned char>(text[0]) >= 0x20) {
+      entry.Edit(typed + text[0]);
+    }
+    DrawField();
+    return true;
+  }
+
   void Handle(XEvent& event) {
     switch (event.type) {
       case Expose: {
         const XExposeEvent& x = event.xexpose;
         IRECT r{x.x, x.y, x.x + x.width, x.y + x.height};
-        editor.DrawScreen(&r);
+        x.window == field ? DrawField() : void(editor.DrawScreen(&r));
         break;
       }
       case ButtonPress:
@@ -68,11 +138,13 @@ struct IGraphicsX11::X11Window {
   // Buttons 4 and 5 are the wheel, a step up or down; a second left press soon and near enough
   // to the first is a double click.
   void OnButton(const XButtonEvent& e, bool press) {
+    if (press && e.button != Button4 && e.button != Button5) EndField(true);  // focus leaves
     ViewHost& view = editor.mView;
     const ViewModifiers mods = Modifiers(e.state);
     const double x = ViewX(e.x), y = ViewY(e.y);
     if (e.button == Button4 || e.button == Button5) {
       if (press) view.ScrollWheel(x, y, mods, e.button == Button4 ? 1.0 : -1.0);
+      EndField(false);  // the wheel has ended it; its window goes too
     } else if (e.button == Button1 && press) {
       const bool again = e.time - lastPressTime <= kDoubleClickMs &&
                          std::abs(e.x - lastPressX) <= kDoubleClickSlop &&
@@ -103,6 +175,7 @@ struct IGraphicsX11::X11Window {
     char text[8] = {};
     KeySym sym = NoSymbol;
     const int n = XLookupString(&e, text, sizeof text - 1, &sym, nullptr);
+    if (field && FieldKey(sym, n, text)) return;
     std::u32string characters;
     if (sym >= XK_Left && sym <= XK_Down) {
       static const char32_t kArrows[] = {kLeftArrowCharacter, kUpArrowCharacter,
@@ -125,12 +198,15 @@ struct IGraphicsX11::X11Window {
   Display* display;
   Window parent, window = 0;
   GC gc = nullptr;
+  Window field = 0;
+  IText fieldStyle;
+  IRECT fieldRect;
   Time lastPressTime = 0;
   int lastPressX = -100, lastPressY = -100;
 };
 
 IGraphicsX11::IGraphicsX11(IPlugBase* plug, int w, int h, int fps, std::string imageFolder)
-    : IGraphics(plug, w, h, fps), mImageFolder(std::move(imageFolder)), mPixels(w * h) {}
+    : IGraphics(plug, w, h, fps), mImageFolder(std::move(imageFolder)) {}
 
 IGraphicsX11::~IGraphicsX11() { CloseWindow(); }
 
@@ -149,7 +225,7 @@ void* IGraphicsX11::OpenWindow(void* parent) {
 
 void IGraphicsX11::CloseWindow() {
   if (!mX) return;
-  mEntry.End(this, false);
+  mX->EndField(false);
   mX.reset();
 }
 
@@ -175,20 +251,19 @@ bool IGraphicsX11::DrawScreen(IRECT* rect) {
   if (!mX || !buffer) return false;
   const IRECT r{std::max(rect->L, 0), std::max(rect->T, 0), std::min(rect->R, Width()),
                 std::min(rect->B, Height())};
-  if (r.R <= r.L || r.B <= r.T) return true;
-  for (int y = r.T; y < r.B; ++y) {
-    const int stored = buffer->isFlipped() ? buffer->getHeight() - 1 - y : y;
-    const LICE_pixel* row = buffer->getBits() + stored * buffer->getRowSpan();
-    for (int x = r.L; x < r.R; ++x) mPixels[y * Width() + x] = DisplayPixel(row[x]);
-  }
-  Display* display = mX->display;
-  XImage* image =
-      XCreateImage(display, DefaultVisual(display, DefaultScreen(display)), 24, ZPixmap, 0,
-                   reinterpret_cast<char*>(mPixels.data()), Width(), Height(), 32, Width() * 4);
-  XPutImage(display, mX->window, mX->gc, image, r.L, r.T, r.L, r.T, r.W(), r.H());
-  image->data = nullptr;  // the pixels stay ours
-  XDestroyImage(image);
+  if (r.R > r.L && r.B > r.T) mX->Put(mX->window, buffer, r, r.L, r.T);
   return true;
+}
+
+void IGraphicsX11::ForceEndUserEdit() {
+  if (mX) mX->EndField(false);
+}
+
+void IGraphicsX11::CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
+                                   IParam* param) {
+  if (!mX || !mEntry.Open(control, param, *textRect, str)) return;
+  mX->OpenField(*textRect, *text);
+  mX->DrawField();
 }
 
 LICE_IBitmap* IGraphicsX11::OSLoadBitmap(int, const char* name) {

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "editor/IGraphics.h"
 #include "editor/TextEntrySession.h"
@@ -31,10 +29,13 @@ class IGraphicsX11 : public IGraphics {
   void Idle();
 
   bool DrawScreen(IRECT* rect) override;
-  void ForceEndUserEdit() override { mEntry.End(this, false); }
+  void ForceEndUserEdit() override;
   int ShowMessageBox(const char*, const char*, int) override { return 0; }
   IPopupMenu* CreateIPopupMenu(IPopupMenu*, IRECT*) override { return nullptr; }
-  void CreateTextEntry(IControl*, IText*, IRECT*, const char*, IParam*) override {}
+  // A field over the control's rectangle, typed into until Return (applied), Escape (dropped), a
+  // click elsewhere (applied) or the wheel (dropped).
+  void CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
+                       IParam* param) override;
   void PluginPath(WDL_String* path) override { path->Set(mImageFolder.c_str()); }
   LICE_IBitmap* OSLoadBitmap(int id, const char* name) override;
 
@@ -45,6 +46,5 @@ class IGraphicsX11 : public IGraphics {
   TextEntrySession mEntry;
   ViewHost mView{this, &mEntry};
   std::unique_ptr<X11Window> mX;
-  std::vector<uint32_t> mPixels;  // the back buffer in the display's 32-bit layout
   std::chrono::steady_clock::time_point mNextFrame;
 };

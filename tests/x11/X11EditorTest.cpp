@@ -49,6 +49,16 @@ struct Host {
     if (type == KeyPress) e.xkey.keycode = detail;
     XSendEvent(display, window, False, 0, &e), XFlush(display);
   }
+  void Type(std::initializer_list<KeySym> keys) {
+    for (KeySym key : keys) Send(KeyPress, 84, 168, XKeysymToKeycode(display, key), 0, 0);
+    Frames(2);
+  }
+  int Children() {  // windows inside the editor's: an open value field
+    Window root, up, *children = nullptr;
+    unsigned n = 0;
+    XQueryTree(display, window, &root, &up, &children, &n);
+    return XFree(children), n;
+  }
   Tarn tarn{IPlugInstanceInfo{MakeX11}};
   Display* display;
   Window parent, window = 0;
@@ -100,4 +110,21 @@ TEST(X11Editor, MouseWheelAndKeysReachTheControls) {
   XEvent handedBack;
   XSync(host.display, False);
   EXPECT_TRUE(XCheckTypedWindowEvent(host.display, host.parent, KeyPress, &handedBack));
+}
+
+// A right press on a knob opens a field over it; typed keys edit it and Return applies the value,
+// closing the field; Escape drops what was typed.
+TEST(X11Editor, TheValueFieldTakesTypedValues) {
+  Host host;
+  host.Send(ButtonPress, 84, 168, Button3, 0, 100),
+      host.Send(ButtonRelease, 84, 168, Button3, 0, 110);
+  host.Frames(2);
+  EXPECT_EQ(host.Children(), 1);
+  host.Type({XK_BackSpace, XK_BackSpace, XK_BackSpace, XK_3, XK_period, XK_5, XK_a, XK_Return});
+  EXPECT_EQ(std::pair(host.tarn.GetParam(kDrive)->Value(), host.Children()), std::pair(3.5, 0));
+  host.Send(ButtonPress, 84, 168, Button3, 0, 900),
+      host.Send(ButtonRelease, 84, 168, Button3, 0, 910);
+  host.Frames(2);
+  host.Type({XK_9, XK_Escape});
+  EXPECT_EQ(std::pair(host.tarn.GetParam(kDrive)->Value(), host.Children()), std::pair(3.5, 0));
 }
