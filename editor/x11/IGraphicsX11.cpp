@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "editor/IPopupMenu.h"
+#include "editor/MenuLines.h"
 #include "lice/LICE_CachedFont.h"
 #include "lice/LICE_Fill.h"
 #include "lice/LICE_MemBitmap.h"
@@ -36,6 +38,90 @@ uint32_t DisplayPixel(LICE_pixel p) {
 LICE_pixel Pixel(const IColor& c) { return LICE_RGBA(c.R, c.G, c.B, c.A); }
 
 }  // namespace
+
+// A menu's window: its lines, where each starts, which is lit, and its drawing.
+struct MenuWindow {
+  MenuWindow(Display* display, GC gc, std::vector<MenuLine> lines, int x, int y)
+      : display(display),
+        gc(gc),
+        lines(std::move(lines)),
+        font(LICE_CachedFont::Get("Monaco", 12)) {
+    int width = 60, top = IGraphicsX11::kMenuMargin;
+    for (const MenuLine& line : this->lines) {
+      tops.push_back(top);
+      top += line.separator ? IGraphicsX11::kMenuSeparator : IGraphicsX11::kMenuLine;
+      if (font) width = std::max(width, Indent(line) + font->Measure(line.title.c_str()).w + 12);
+    }
+    size = {width, top + IGraphicsX11::kMenuMargin};
+    XSetWindowAttributes attributes{};
+    attributes.override_redirect = True;
+    attributes.event_mask =
+        ExposureMask | ButtonPressMask | ButtonReleaseMask | PointerMotionMask | KeyPressMask;
+    window =
+        XCreateWindow(display, DefaultRootWindow(display), x, y, size.w, size.h, 1, CopyFromParent,
+                      InputOutput, CopyFromParent, CWOverrideRedirect | CWEventMask, &attributes);
+    XMapRaised(display, window);
+    XGrabPointer(display, window, True, ButtonPressMask | ButtonReleaseMask | PointerMotionMask,
+                 GrabModeAsync, GrabModeAsync, None, None, CurrentTime);
+    XGrabKeyboard(display, window, True, GrabModeAsync, GrabModeAsync, CurrentTime);
+  }
+  ~MenuWindow() {
+    XUngrabKeyboard(display, CurrentTime);
+    XUngrabPointer(display, CurrentTime);
+    XDestroyWindow(display, window);
+    XFlush(display);
+  }
+  // The check column, then 14 pixels a level, one more level for titles.
+  static int Indent(const MenuLine& line) { return 18 + 14 * (line.depth + line.indented); }
+  bool Selectable(int i) const {
+    return i >= 0 && !lines[i].separator && !lines[i].submenu && !lines[i].disabled;
+  }
+  int LineAt(int x, int y) const {
+    if (x < 0 || x >= size.w) return -1;
+    for (int i = static_cast<int>(lines.size()) - 1; i >= 0; --i)
+      if (y >= tops[i]) return y < size.h - IGraphicsX11::kMenuMargin ? i : -1;
+    return -1;
+  }
+  template <class PutPixels>
+  void Draw(PutPixels put) {
+    LICE_MemBitmap bitmap(size.w, size.h);
+    LICE_Clear(&bitmap, LICE_RGBA(246, 244, 238, 255));
+    for (int i = 0; i < static_cast<int>(lines.size()); ++i) {
+      const MenuLine& line = lines[i];
+      const int top = tops[i];
+      if (line.separator) {
+        LICE_FillRect(&bitmap, 6, top + 3, size.w - 12, 1, LICE_RGBA(180, 176, 168, 255), 1.0f, 0);
+        continue;
+      }
+      if (i == lit && Selectable(i))
+        LICE_FillRect(&bitmap, 0, top, size.w, IGraphicsX11::kMenuLine, LICE_RGBA(60, 90, 150, 255),
+                      1.0f, 0);
+      const LICE_pixel ink = line.disabled ? LICE_RGBA(150, 150, 150, 255)
+                             : i == lit    ? LICE_RGBA(255, 255, 255, 255)
+                                           : LICE_RGBA(20, 20, 20, 255);
+      const RECT box{Indent(line), top, size.w, top + IGraphicsX11::kMenuLine};
+      const RECT all{0, 0, size.w, size.h};
+      if (!font) continue;
+      font->Draw(&bitmap, (line.title + (line.submenu ? "  \xE2\x96\xB8" : "")).c_str(), box, all,
+                 0, ink);
+      if (line.checked)
+        font->Draw(&bitmap, "\xE2\x9C\x93", {4, top, 18, top + IGraphicsX11::kMenuLine}, all, 0,
+                   ink);
+    }
+    put(window, &bitmap, IRECT{0, 0, size.w, size.h});
+  }
+
+  Display* display;
+  GC gc;
+  std::vector<MenuLine> lines;
+  std::vector<int> tops;
+  LICE_CachedFont* font;
+  struct {
+    int w, h;
+  } size;
+  Window window;
+  int lit = -1;
+};
 
 struct IGraphicsX11::X11Window {
   X11Window(IGraphicsX11& editor, Display* display, Window parent)
@@ -253,6 +339,41 @@ bool IGraphicsX11::DrawScreen(IRECT* rect) {
                 std::min(rect->B, Height())};
   if (r.R > r.L && r.B > r.T) mX->Put(mX->window, buffer, r, r.L, r.T);
   return true;
+}
+
+IPopupMenu* IGraphicsX11::CreateIPopupMenu(IPopupMenu* menu, IRECT* areaRect) {
+  ReleaseMouseCapture();  // the mouse up that ends the right click must not reach the control
+  if (!mX || !menu || !areaRect) return nullptr;
+  int anchorX, anchorY, x, y;
+  Window child;
+  MenuAnchor(*areaRect, &anchorX, &anchorY);
+  XTranslateCoordinates(mX->display, mX->window, DefaultRootWindow(mX->display), anchorX, anchorY,
+                        &x, &y, &child);
+  MenuWindow shown(mX->display, mX->gc, FlattenMenu(*menu), x, y);
+  const auto put = [&](Window w, LICE_IBitmap* b, const IRECT& r) { mX->Put(w, b, r, 0, 0); };
+  int chosen = -1;
+  bool entered = false;  // the release that ends the opening click is not a choice
+  for (bool open = true; open;) {
+    XEvent e;
+    XNextEvent(mX->display, &e);
+    if (e.xany.window != shown.window) continue;
+    if (e.type == Expose) {
+      shown.Draw(put);
+    } else if (e.type == MotionNotify) {
+      entered |= shown.LineAt(e.xmotion.x, e.xmotion.y) >= 0;
+      if (const int line = shown.LineAt(e.xmotion.x, e.xmotion.y); line != shown.lit)
+        shown.lit = line, shown.Draw(put);
+    } else if (e.type == ButtonPress || (e.type == ButtonRelease && entered)) {
+      const int line = shown.LineAt(e.xbutton.x, e.xbutton.y);
+      if (shown.Selectable(line)) chosen = line, open = false;
+      if (line < 0 && e.type == ButtonPress) open = false;  // a click outside dismisses
+    } else if (e.type == KeyPress) {
+      const KeySym sym = XLookupKeysym(&e.xkey, 0);
+      if (sym == XK_Escape) open = false;
+      if (sym == XK_Return && shown.Selectable(shown.lit)) chosen = shown.lit, open = false;
+    }
+  }
+  return ChooseLine(menu, chosen);
 }
 
 void IGraphicsX11::ForceEndUserEdit() {

@@ -31,7 +31,12 @@ class IGraphicsX11 : public IGraphics {
   bool DrawScreen(IRECT* rect) override;
   void ForceEndUserEdit() override;
   int ShowMessageBox(const char*, const char*, int) override { return 0; }
-  IPopupMenu* CreateIPopupMenu(IPopupMenu*, IRECT*) override { return nullptr; }
+  // A menu window below the area, its lines as MenuLines lists them (a submenu's lines indented
+  // under its entry); it runs until a line is chosen (a click, or Return on the line under the
+  // pointer), or a click outside it or Escape dismisses it.
+  IPopupMenu* CreateIPopupMenu(IPopupMenu* menu, IRECT* areaRect) override;
+  // The menu's layout: a line's height, the margin above the first and a separator's height.
+  static constexpr int kMenuLine = 18, kMenuMargin = 3, kMenuSeparator = 7;
   // A field over the control's rectangle, typed into until Return (applied), Escape (dropped), a
   // click elsewhere (applied) or the wheel (dropped).
   void CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <stdexcept>
+#include <thread>
 
 #include "dsp/Tarn.h"
 #include "editor/HeadlessGraphics.h"
@@ -127,4 +128,49 @@ TEST(X11Editor, TheValueFieldTakesTypedValues) {
   host.Frames(2);
   host.Type({XK_9, XK_Escape});
   EXPECT_EQ(std::pair(host.tarn.GetParam(kDrive)->Value(), host.Children()), std::pair(3.5, 0));
+}
+
+namespace {
+
+// Clicks, from a connection of its own, into the menu window once one is open: a mapped window
+// that asked the window manager to leave it alone. (The editor waits inside the menu meanwhile.)
+void ClickMenuLine(int line) {
+  Display* display = XOpenDisplay(nullptr);
+  for (int attempt = 0; attempt < 200; ++attempt, usleep(20000)) {
+    Window root, up, *children = nullptr;
+    unsigned n = 0;
+    XQueryTree(display, DefaultRootWindow(display), &root, &up, &children, &n);
+    Window menu = 0;
+    for (unsigned i = 0; i < n; ++i) {
+      XWindowAttributes a;
+      if (XGetWindowAttributes(display, children[i], &a) && a.override_redirect &&
+          a.map_state == IsViewable)
+        menu = children[i];
+    }
+    XFree(children);
+    if (!menu) continue;
+    XEvent e{};
+    e.xbutton.type = ButtonPress, e.xbutton.display = display, e.xbutton.window = menu;
+    e.xbutton.x = 30, e.xbutton.button = Button1;
+    e.xbutton.y = IGraphicsX11::kMenuMargin + line * IGraphicsX11::kMenuLine + 9;
+    XSendEvent(display, menu, False, 0, &e), XFlush(display);
+    break;
+  }
+  XCloseDisplay(display);
+}
+
+}  // namespace
+
+// A right press on the mode lamps opens the menu of the modes; a click on its third line chooses
+// "Output"; a click outside it chooses nothing.
+TEST(X11Editor, TheMenuChoosesAState) {
+  Host host;
+  std::thread clicker(ClickMenuLine, 2);
+  host.Send(ButtonPress, 183, 25, Button3, 0, 100), host.Frames(2);
+  clicker.join();
+  EXPECT_EQ(host.tarn.GetParam(kVuMode)->Value(), 2.0);
+  std::thread outside(ClickMenuLine, -5);
+  host.Send(ButtonPress, 183, 25, Button3, 0, 900), host.Frames(2);
+  outside.join();
+  EXPECT_EQ(host.tarn.GetParam(kVuMode)->Value(), 2.0);
 }
