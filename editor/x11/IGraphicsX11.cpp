@@ -327,6 +327,11 @@ void IGraphicsX11::Idle() {
   const auto now = std::chrono::steady_clock::now();
   if (now < mNextFrame) return;
   mNextFrame = now + std::chrono::microseconds(1000000 / FPS());
+  Frame();
+}
+
+void IGraphicsX11::Frame() {
+  if (!mX) return;
   IRECT dirty;
   if (IsDirty(&dirty)) Draw(&dirty);
   XFlush(mX->display);

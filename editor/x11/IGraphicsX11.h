@@ -25,8 +25,10 @@ class IGraphicsX11 : public IGraphics {
   void* GetWindow() override;
   bool WindowIsOpen() override { return mX != nullptr; }
   const char* GetGUIAPI() override { return "X11 gui"; }
-  // Handles the events waiting, then repaints what is dirty once a frame is due.
+  // Handles the events waiting, then calls Frame once a frame is due.
   void Idle();
+  // Repaints what is dirty and sends it to the display.
+  void Frame();
 
   bool DrawScreen(IRECT* rect) override;
   void ForceEndUserEdit() override;
