@@ -132,9 +132,14 @@ struct IGraphicsX11::X11Window {
     XMapWindow(display, window);
     XFlush(display);
   }
+  // A host may destroy its window, and ours with it, before closing the editor: destroying ours
+  // again would be an X error, which ends the whole host process.
   ~X11Window() {
+    XSync(display, False);
+    XEvent gone;
+    if (XCheckTypedWindowEvent(display, window, DestroyNotify, &gone)) window = 0;
     XFreeGC(display, gc);
-    XDestroyWindow(display, window);
+    if (window) XDestroyWindow(display, window);
     XCloseDisplay(display);
   }
 

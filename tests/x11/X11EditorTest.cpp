@@ -174,3 +174,18 @@ TEST(X11Editor, TheMenuChoosesAState) {
   outside.join();
   EXPECT_EQ(host.tarn.GetParam(kVuMode)->Value(), 2.0);
 }
+
+// A host that destroys its window before closing the editor (which goes with it) must not see
+// the editor destroy its window again: an X error would end the host's process.
+TEST(X11Editor, ClosesAfterTheHostDestroyedItsWindow) {
+  Display* display = XOpenDisplay(nullptr);
+  const Window parent =
+      XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 400, 500, 0, 0, 0);
+  XSync(display, False);
+  Tarn tarn{IPlugInstanceInfo{MakeX11}};
+  tarn.GetGUI()->OpenWindow(reinterpret_cast<void*>(parent));
+  XDestroyWindow(display, parent), XSync(display, False);
+  tarn.GetGUI()->CloseWindow();
+  EXPECT_FALSE(tarn.GetGUI()->WindowIsOpen());
+  XCloseDisplay(display);
+}
