@@ -5,6 +5,7 @@
 
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 #include "dsp/Tarn.h"
 #include "editor/HeadlessGraphics.h"
@@ -23,6 +24,14 @@ IGraphics* MakeX11(IPlugBase* plug, int w, int h, int fps) {
 }
 IGraphics* MakeHeadless(IPlugBase* plug, int w, int h, int) {
   return new HeadlessGraphics(plug, w, h, TARN_SOURCE_DIR);
+}
+
+std::vector<Window> Children(Display* display, Window window) {
+  Window root, up, *children = nullptr;
+  unsigned n = 0;
+  XQueryTree(display, window, &root, &up, &children, &n);
+  std::vector<Window> list(children, children + n);
+  return XFree(children), list;
 }
 
 // A host's window with Tarn's editor in it; the host's connection listens for keys handed back.
@@ -50,16 +59,14 @@ struct Host {
     if (type == KeyPress) e.xkey.keycode = detail;
     XSendEvent(display, window, False, 0, &e), XFlush(display);
   }
+  void Click(int x, int y, unsigned button, Time time) {
+    Send(ButtonPress, x, y, button, 0, time), Send(ButtonRelease, x, y, button, 0, time + 50);
+  }
   void Type(std::initializer_list<KeySym> keys) {
     for (KeySym key : keys) Send(KeyPress, 84, 168, XKeysymToKeycode(display, key), 0, 0);
     Frames(2);
   }
-  int Children() {  // windows inside the editor's: an open value field
-    Window root, up, *children = nullptr;
-    unsigned n = 0;
-    XQueryTree(display, window, &root, &up, &children, &n);
-    return XFree(children), n;
-  }
+  size_t Fields() { return Children(display, window).size(); }
   Tarn tarn{IPlugInstanceInfo{MakeX11}};
   Display* display;
   Window parent, window = 0;
@@ -99,11 +106,7 @@ TEST(X11Editor, MouseWheelAndKeysReachTheControls) {
   host.Send(ButtonRelease, 84, 149, Button1, Button1Mask, 1020);
   host.Frames(2);
   EXPECT_DOUBLE_EQ(drive->GetNormalized(), 19.0 / 400);
-  host.Send(ButtonPress, 84, 168, Button1, 0, 5000),
-      host.Send(ButtonRelease, 84, 168, Button1, 0, 5050);
-  host.Send(ButtonPress, 85, 166, Button1, 0, 5300),
-      host.Send(ButtonRelease, 85, 166, Button1, 0, 5350);
-  host.Frames(2);
+  host.Click(84, 168, Button1, 5000), host.Click(85, 166, Button1, 5300), host.Frames(2);
   EXPECT_EQ(drive->GetNormalized(), 0.0);
   host.Send(ButtonPress, 84, 168, Button4, 0, 9000), host.Frames(2);
   EXPECT_DOUBLE_EQ(drive->GetNormalized(), 0.01);
@@ -117,17 +120,12 @@ TEST(X11Editor, MouseWheelAndKeysReachTheControls) {
 // closing the field; Escape drops what was typed.
 TEST(X11Editor, TheValueFieldTakesTypedValues) {
   Host host;
-  host.Send(ButtonPress, 84, 168, Button3, 0, 100),
-      host.Send(ButtonRelease, 84, 168, Button3, 0, 110);
-  host.Frames(2);
-  EXPECT_EQ(host.Children(), 1);
+  host.Click(84, 168, Button3, 100), host.Frames(2);
+  EXPECT_EQ(host.Fields(), 1u);
   host.Type({XK_BackSpace, XK_BackSpace, XK_BackSpace, XK_3, XK_period, XK_5, XK_a, XK_Return});
-  EXPECT_EQ(std::pair(host.tarn.GetParam(kDrive)->Value(), host.Children()), std::pair(3.5, 0));
-  host.Send(ButtonPress, 84, 168, Button3, 0, 900),
-      host.Send(ButtonRelease, 84, 168, Button3, 0, 910);
-  host.Frames(2);
-  host.Type({XK_9, XK_Escape});
-  EXPECT_EQ(std::pair(host.tarn.GetParam(kDrive)->Value(), host.Children()), std::pair(3.5, 0));
+  EXPECT_EQ(std::pair(host.tarn.GetParam(kDrive)->Value(), host.Fields()), std::pair(3.5, 0ul));
+  host.Click(84, 168, Button3, 900), host.Frames(2), host.Type({XK_9, XK_Escape});
+  EXPECT_EQ(std::pair(host.tarn.GetParam(kDrive)->Value(), host.Fields()), std::pair(3.5, 0ul));
 }
 
 namespace {
@@ -137,17 +135,12 @@ namespace {
 void ClickMenuLine(int line) {
   Display* display = XOpenDisplay(nullptr);
   for (int attempt = 0; attempt < 200; ++attempt, usleep(20000)) {
-    Window root, up, *children = nullptr;
-    unsigned n = 0;
-    XQueryTree(display, DefaultRootWindow(display), &root, &up, &children, &n);
     Window menu = 0;
-    for (unsigned i = 0; i < n; ++i) {
+    for (Window w : Children(display, DefaultRootWindow(display))) {
       XWindowAttributes a;
-      if (XGetWindowAttributes(display, children[i], &a) && a.override_redirect &&
-          a.map_state == IsViewable)
-        menu = children[i];
+      if (XGetWindowAttributes(display, w, &a) && a.override_redirect && a.map_state == IsViewable)
+        menu = w;
     }
-    XFree(children);
     if (!menu) continue;
     XEvent e{};
     e.xbutton.type = ButtonPress, e.xbutton.display = display, e.xbutton.window = menu;
