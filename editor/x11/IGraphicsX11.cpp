@@ -2,7 +2,10 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XShm.h>
 #include <X11/keysym.h>
+#include <sys/ipc.h>
+#include <sys/shm.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -36,6 +39,68 @@ uint32_t DisplayPixel(LICE_pixel p) {
 }
 
 LICE_pixel Pixel(const IColor& c) { return LICE_RGBA(c.R, c.G, c.B, c.A); }
+
+// The pixels of r in a bitmap, in the display's layout, into rows whose first pixel (x = r.L)
+// rowAt(y) gives.
+template <class RowAt>
+void Convert(LICE_IBitmap* bitmap, const IRECT& r, RowAt rowAt) {
+  for (int y = r.T; y < r.B; ++y) {
+    const int stored = bitmap->isFlipped() ? bitmap->getHeight() - 1 - y : y;
+    const LICE_pixel* from = bitmap->getBits() + stored * bitmap->getRowSpan();
+    uint32_t* to = rowAt(y);
+    for (int x = r.L; x < r.R; ++x) to[x - r.L] = DisplayPixel(from[x]);
+  }
+}
+
+// X errors go to a process-wide handler whose default ends the process. Attaching shared memory
+// fails with one on a display of another machine, so that call runs under a handler that only
+// notes it.
+thread_local bool tShmRefused = false;
+int NoteShmError(Display*, XErrorEvent*) { return tShmRefused = true, 0; }
+
+// The window's image in memory shared with the X server, so that a frame reaches it without
+// going through the connection; none where the server cannot share memory with us.
+class SharedImage {
+ public:
+  static std::unique_ptr<SharedImage> Make(Display* display, int w, int h) {
+    if (!XShmQueryExtension(display)) return nullptr;
+    std::unique_ptr<SharedImage> shared(new SharedImage(display));
+    shared->mInfo.shmid = shmget(IPC_PRIVATE, static_cast<size_t>(w) * h * 4, IPC_CREAT | 0600);
+    if (shared->mInfo.shmid < 0) return nullptr;
+    shared->mInfo.shmaddr = static_cast<char*>(shmat(shared->mInfo.shmid, nullptr, 0));
+    shmctl(shared->mInfo.shmid, IPC_RMID, nullptr);  // gone once both sides let go
+    if (shared->mInfo.shmaddr == reinterpret_cast<char*>(-1)) return nullptr;
+    shared->mImage = XShmCreateImage(display, DefaultVisual(display, DefaultScreen(display)), 24,
+                                     ZPixmap, shared->mInfo.shmaddr, &shared->mInfo, w, h);
+    if (!shared->mImage) return nullptr;
+    tShmRefused = false;
+    XErrorHandler previous = XSetErrorHandler(NoteShmError);
+    shared->mAttached = XShmAttach(display, &shared->mInfo);
+    XSync(display, False);
+    XSetErrorHandler(previous);
+    return shared->mAttached && !tShmRefused ? std::move(shared) : nullptr;
+  }
+  ~SharedImage() {
+    if (mAttached) XShmDetach(mDisplay, &mInfo), XSync(mDisplay, False);
+    if (mImage) mImage->data = nullptr, XDestroyImage(mImage);
+    if (mInfo.shmaddr && mInfo.shmaddr != reinterpret_cast<char*>(-1)) shmdt(mInfo.shmaddr);
+  }
+  uint32_t* Row(int y) {
+    return reinterpret_cast<uint32_t*>(mImage->data + y * mImage->bytes_per_line);
+  }
+  // Waits for the server to have read it, so that the next frame may write it again.
+  void Put(Window window, GC gc, const IRECT& r) {
+    XShmPutImage(mDisplay, window, gc, mImage, r.L, r.T, r.L, r.T, r.W(), r.H(), False);
+    XSync(mDisplay, False);
+  }
+
+ private:
+  explicit SharedImage(Display* display) : mDisplay(display) {}
+  Display* mDisplay;
+  XShmSegmentInfo mInfo{};
+  XImage* mImage = nullptr;
+  bool mAttached = false;
+};
 
 }  // namespace
 
@@ -129,12 +194,15 @@ struct IGraphicsX11::X11Window {
     window = XCreateSimpleWindow(display, parent, 0, 0, editor.Width(), editor.Height(), 0, 0, 0);
     XSelectInput(display, window, kEvents);
     gc = XCreateGC(display, window, 0, nullptr);
+    shared = SharedImage::Make(display, editor.Width(), editor.Height());
     XMapWindow(display, window);
-    XFlush(display);
+    XSync(display,
+          False);  // the window is there when OpenWindow returns, whatever the host does next
   }
   // A host may destroy its window, and ours with it, before closing the editor: destroying ours
   // again would be an X error, which ends the whole host process.
   ~X11Window() {
+    shared.reset();
     XSync(display, False);
     XEvent gone;
     if (XCheckTypedWindowEvent(display, window, DestroyNotify, &gone)) window = 0;
@@ -146,11 +214,7 @@ struct IGraphicsX11::X11Window {
   // The pixels of r in a bitmap, put at (x, y) of a window.
   void Put(Window target, LICE_IBitmap* bitmap, const IRECT& r, int x, int y) {
     std::vector<uint32_t> pixels(r.W() * r.H());
-    for (int row = 0; row < r.H(); ++row) {
-      const int from = bitmap->isFlipped() ? bitmap->getHeight() - 1 - (r.T + row) : r.T + row;
-      const LICE_pixel* source = bitmap->getBits() + from * bitmap->getRowSpan() + r.L;
-      for (int col = 0; col < r.W(); ++col) pixels[row * r.W() + col] = DisplayPixel(source[col]);
-    }
+    Convert(bitmap, r, [&](int row) { return pixels.data() + (row - r.T) * r.W(); });
     XImage* image =
         XCreateImage(display, DefaultVisual(display, DefaultScreen(display)), 24, ZPixmap, 0,
                      reinterpret_cast<char*>(pixels.data()), r.W(), r.H(), 32, r.W() * 4);
@@ -289,6 +353,7 @@ struct IGraphicsX11::X11Window {
   Display* display;
   Window parent, window = 0;
   GC gc = nullptr;
+  std::unique_ptr<SharedImage> shared;  // null: frames go through the connection
   Window field = 0;
   IText fieldStyle;
   IRECT fieldRect;
@@ -347,7 +412,10 @@ bool IGraphicsX11::DrawScreen(IRECT* rect) {
   if (!mX || !buffer) return false;
   const IRECT r{std::max(rect->L, 0), std::max(rect->T, 0), std::min(rect->R, Width()),
                 std::min(rect->B, Height())};
-  if (r.R > r.L && r.B > r.T) mX->Put(mX->window, buffer, r, r.L, r.T);
+  if (r.R <= r.L || r.B <= r.T) return true;
+  if (!mX->shared) return mX->Put(mX->window, buffer, r, r.L, r.T), true;
+  Convert(buffer, r, [&](int y) { return mX->shared->Row(y) + r.L; });
+  mX->shared->Put(mX->window, mX->gc, r);
   return true;
 }
 
