@@ -38,10 +38,7 @@ void HeadlessGraphics::CreateTextEntry(IControl* control, IText*, IRECT* textRec
 
 bool HeadlessGraphics::Type(const std::string& keys) {
   bool all = true;
-  for (char key : keys) {
-    const std::string& text = mEntry.Text();
-    all &= mEntry.Edit(key == '\b' ? text.substr(0, text.size() - !text.empty()) : text + key);
-  }
+  for (char key : keys) all &= mEntry.Type(key);
   return all;
 }
 

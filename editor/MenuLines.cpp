@@ -4,14 +4,23 @@
 
 namespace {
 
+MenuLine LineOf(const IPopupMenu& menu, int i, int depth) {
+  const IPopupMenuItem* item = menu.GetItem(i);
+  WDL_String title;
+  menu.ItemTitle(i, &title);
+  return {depth,
+          title.Get(),
+          item->GetIsSeparator(),
+          item->GetSubmenu() != nullptr,
+          item->GetChecked(),
+          !item->GetEnabled(),
+          item->GetIsTitle()};
+}
+
 void Append(const IPopupMenu& menu, int depth, std::vector<MenuLine>* lines) {
   for (int i = 0; i < menu.GetNItems(); ++i) {
-    const IPopupMenuItem* item = menu.GetItem(i);
-    WDL_String title;
-    menu.ItemTitle(i, &title);
-    lines->push_back({depth, title.Get(), item->GetIsSeparator(), item->GetSubmenu() != nullptr,
-                      item->GetChecked(), !item->GetEnabled(), item->GetIsTitle()});
-    if (item->GetSubmenu()) Append(*item->GetSubmenu(), depth + 1, lines);
+    lines->push_back(LineOf(menu, i, depth));
+    if (const IPopupMenu* sub = menu.GetItem(i)->GetSubmenu()) Append(*sub, depth + 1, lines);
   }
 }
 
@@ -20,7 +29,7 @@ IPopupMenu* Find(IPopupMenu* menu, int* line) {
   for (int i = 0; i < menu->GetNItems(); ++i) {
     const IPopupMenuItem* item = menu->GetItem(i);
     if ((*line)-- == 0) {
-      if (item->GetIsSeparator() || item->GetSubmenu() || !item->GetEnabled()) return nullptr;
+      if (!LineOf(*menu, i, 0).Selectable()) return nullptr;
       menu->SetChosenItemIdx(i);
       return menu;
     }

@@ -13,6 +13,8 @@ struct MenuLine {
   int depth = 0;
   std::string title;
   bool separator = false, submenu = false, checked = false, disabled = false, indented = false;
+  // A separator, a submenu's entry or a disabled item cannot be chosen.
+  bool Selectable() const { return !separator && !submenu && !disabled; }
 };
 
 std::vector<MenuLine> FlattenMenu(const IPopupMenu& menu);

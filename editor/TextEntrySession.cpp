@@ -16,6 +16,10 @@ bool TextEntrySession::Edit(const std::string& text) {
   return true;
 }
 
+bool TextEntrySession::Type(char key) {
+  return Edit(key == '\b' ? mText.substr(0, mText.size() - !mText.empty()) : mText + key);
+}
+
 // The field is closed before the text is applied, so that whatever applying it sets off may open
 // a new one.
 bool TextEntrySession::End(IGraphics* editor, bool apply) {

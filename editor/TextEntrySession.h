@@ -20,6 +20,8 @@ class TextEntrySession {
   bool IsOpen() const { return mControl != nullptr; }
   // Offers the text as edited: kept when the filter accepts it; else the field keeps its text.
   bool Edit(const std::string& text);
+  // A key typed into the field: a backspace takes the last character, any other is appended.
+  bool Type(char key);
   // Ends the field. Applying gives the text to the parameter through the editor, or to the control
   // when there is no parameter. False when no field was open.
   bool End(IGraphics* editor, bool apply);

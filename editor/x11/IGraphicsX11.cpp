@@ -138,9 +138,7 @@ struct MenuWindow {
   }
   // The check column, then 14 pixels a level, one more level for titles.
   static int Indent(const MenuLine& line) { return 18 + 14 * (line.depth + line.indented); }
-  bool Selectable(int i) const {
-    return i >= 0 && !lines[i].separator && !lines[i].submenu && !lines[i].disabled;
-  }
+  bool Selectable(int i) const { return i >= 0 && lines[i].Selectable(); }
   int LineAt(int x, int y) const {
     if (x < 0 || x >= size.w) return -1;
     for (int i = static_cast<int>(lines.size()) - 1; i >= 0; --i)
@@ -259,11 +257,10 @@ struct IGraphicsX11::X11Window {
       EndField(sym != XK_Escape);
       return true;
     }
-    const std::string& typed = entry.Text();
     if (sym == XK_BackSpace) {
-      entry.Edit(typed.substr(0, typed.size() - !typed.empty()));
+      entry.Type('\b');
     } else if (n == 1 && static_cast<unsigned char>(text[0]) >= 0x20) {
-      entry.Edit(typed + text[0]);
+      entry.Type(text[0]);
     }
     DrawField();
     return true;
