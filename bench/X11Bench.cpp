@@ -8,7 +8,7 @@
 #include "dsp/Tarn.h"
 #include "editor/x11/IGraphicsX11.h"
 
-static IGraphics* MakeX11(IPlugBase* plug, int w, int h, int fps) {
+static IGraphics* MakeX11(IPlugBase* plug, int w, int h, int fps, void*) {
   return new IGraphicsX11(plug, w, h, fps, TARN_SOURCE_DIR);
 }
 

@@ -17,8 +17,9 @@ Tarn::Tarn(IPlugInstanceInfo instanceInfo)
                    false, 0) {
   InitParameters();
   MakeDefaultPreset("-", 1);
-  IGraphics* editor =
-      instanceInfo.mMakeGraphics ? instanceInfo.mMakeGraphics(this, 304, 416, 0) : nullptr;
+  IGraphics* editor = instanceInfo.mMakeGraphics
+                          ? instanceInfo.mMakeGraphics(this, 304, 416, 0, instanceInfo.mContext)
+                          : nullptr;
   if (editor) SetMeterControl(LayOutEditor(editor));
 }
 

@@ -35,6 +35,10 @@ class Tarn : public IPlugAdaptor {
   double GetNeedle() const { return mNeedle; }
   // The editor's needle control, which receives the needle once per block.
   void SetMeterControl(int controlIdx) { mMeterControl = controlIdx; }
+  // Where the needle of an editor would stand now (0.015 ... 0.98), editor or not.
+  double NeedlePosition() const { return NeedleOnScale(mVuHold); }
+  // Puts the editor's needle there: for an editor that shows another instance's meter.
+  void ShowNeedle(double position);
 
  private:
   void InitParameters();
@@ -75,6 +79,8 @@ class Tarn : public IPlugAdaptor {
   // Meter ballistics and RMS sums for one frame; returns the meter's source value.
   double FeedMeter(Running& r, double in, double out) const;
   void UpdateRmsDifference();
+  double NeedleOnScale(double ballistics) const;
+  // Maps the meter to the needle's scale and hands it to the editor.
   void SendNeedle();
 
   double mFadeIn = 0.0;

@@ -1,17 +1,16 @@
 // Tarn's audio engine: parameter hand-over, reset and the per-block processing chain.
-#include "dsp/Tarn.h"
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+#include <cstring>
 
 #include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
 #include "dsp/FilterLanes.h"
 #include "dsp/LanePair.h"
 #include "dsp/NoiseSource.h"
+#include "dsp/Tarn.h"
 #include "editor/IGraphics.h"
-
-#include <algorithm>
-#include <cfloat>
-#include <cmath>
-#include <cstring>
 
 namespace {
 
@@ -121,7 +120,8 @@ void Tarn::Design(const DesignInputs& in) {
 }
 
 Tarn::Running Tarn::LoadRunning() const {
-  return {mFadeIn, mBypassRamp, mMix, mNoiseSeedL, mNoiseSeedR, mVuAvg, mVuHold, mRmsInSq, mRmsOutSq};
+  return {mFadeIn, mBypassRamp, mMix,     mNoiseSeedL, mNoiseSeedR,
+          mVuAvg,  mVuHold,     mRmsInSq, mRmsOutSq};
 }
 
 void Tarn::StoreRunning(const Running& r) {
@@ -209,7 +209,8 @@ void Tarn::ProcessStereo(double** inputs, double** outputs, int nFrames) {
     double wetL[kChunkFrames], wetR[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames];
 
     for (int n = 0; n < len; ++n) {
-      noise[n] = NoiseFloor(LanePair{NextNoise(run.noiseSeedL), NextNoise(run.noiseSeedR)}, noiseFilters);
+      noise[n] =
+          NoiseFloor(LanePair{NextNoise(run.noiseSeedL), NextNoise(run.noiseSeedR)}, noiseFilters);
       const double g = AdvanceFrame(run);
       mix[n] = run.mix;
       fade[n] = run.fadeIn;
@@ -262,7 +263,8 @@ void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
     const int len = std::min(kChunkFrames, nFrames - start);
     const double* inL = inputs[0] + start;
     double* outL = outputs[0] + start;
-    double dry[kChunkFrames], wet[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames], noise[kChunkFrames];
+    double dry[kChunkFrames], wet[kChunkFrames], mix[kChunkFrames], fade[kChunkFrames],
+        noise[kChunkFrames];
 
     for (int n = 0; n < len; ++n) {
       noise[n] = NoiseFloor(NextNoise(run.noiseSeedL), noiseFilter);
@@ -288,17 +290,26 @@ void Tarn::ProcessMono(double** inputs, double** outputs, int nFrames) {
   noiseFilter.store(mNoiseFilterL, mNoiseFilterL);
 }
 
-// Maps the meter to the needle's scale and hands it to the editor.
-void Tarn::SendNeedle() {
+// The needle on the meter's scale: the RMS difference in mode 1, the ballistics otherwise.
+double Tarn::NeedleOnScale(double ballistics) const {
+  double needle;
   if (mVuMode == 1) {
-    mNeedle = std::fabs(mRmsDiffDb) < 50.0 ? std::exp((mRmsDiffDb - 3.95) * kDbToLinear)
-                                           : kNeedleZeroMark;
+    needle = std::fabs(mRmsDiffDb) < 50.0 ? std::exp((mRmsDiffDb - 3.95) * kDbToLinear)
+                                          : kNeedleZeroMark;
   } else {
-    mNeedle = mNeedle * std::exp(kNeedleReference);
+    needle = ballistics * std::exp(kNeedleReference);
   }
-  if (mNeedle > kNeedleZeroMark) mNeedle = kNeedleZeroMark + (mNeedle - kNeedleZeroMark) * 0.43;
-  mNeedle = mNeedle >= 0.015 ? std::min(0.98, mNeedle) : 0.015;
-  GetGUI()->SetControlFromPlug(mMeterControl, mNeedle);
+  if (needle > kNeedleZeroMark) needle = kNeedleZeroMark + (needle - kNeedleZeroMark) * 0.43;
+  return needle >= 0.015 ? std::min(0.98, needle) : 0.015;
+}
+
+void Tarn::ShowNeedle(double position) {
+  if (IGraphics* editor = GetGUI()) editor->SetControlFromPlug(mMeterControl, position);
+}
+
+void Tarn::SendNeedle() {
+  mNeedle = NeedleOnScale(mNeedle);
+  ShowNeedle(mNeedle);
 }
 
 // The base calls this under the instance mutex with the host's audio widened to double.

@@ -3,15 +3,17 @@
 #include <algorithm>
 
 #include "editor/IGraphics.h"
+#include "plug/IParam.h"
 
-IPlugOffline::IPlugOffline(IPlugInstanceInfo /*instanceInfo*/, int nParams,
-                           const char* channelIOStr, int nPresets, const char* effectName,
-                           const char* productName, const char* mfrName, int vendorVersion,
-                           int uniqueID, int mfrID, int latency, bool plugDoesMidi,
-                           bool plugDoesChunks, bool plugIsInst, int /*plugScChans*/)
+IPlugOffline::IPlugOffline(IPlugInstanceInfo instanceInfo, int nParams, const char* channelIOStr,
+                           int nPresets, const char* effectName, const char* productName,
+                           const char* mfrName, int vendorVersion, int uniqueID, int mfrID,
+                           int latency, bool plugDoesMidi, bool plugDoesChunks, bool plugIsInst,
+                           int /*plugScChans*/)
     : IPlugBase(nParams, channelIOStr, nPresets, effectName, productName, mfrName, vendorVersion,
                 uniqueID, mfrID, latency, plugDoesMidi, plugDoesChunks, plugIsInst, kAPIOffline),
-      mDoesMidi(plugDoesMidi) {
+      mDoesMidi(plugDoesMidi),
+      mEditListener(instanceInfo.mEditListener) {
   CreatePassThroughDelay();
   SetInputChannelConnections(0, NInChannels(), true);
   SetOutputChannelConnections(0, NOutChannels(), true);
@@ -34,6 +36,19 @@ void IPlugOffline::SetParameter(int paramIdx, double plainValue) {
   if (IGraphics* graphics = GetGUI()) graphics->SetParameterFromPlug(paramIdx, plainValue, false);
   param->Set(std::clamp(plainValue, param->GetMin(), param->GetMax()));
   OnParamChange(paramIdx);
+}
+
+void IPlugOffline::BeginInformHostOfParamChange(int paramIdx) {
+  if (mEditListener) mEditListener->BeginEdit(paramIdx);
+}
+
+// The parameter already holds the value: the plain one, rounded to the step where it is whole.
+void IPlugOffline::InformHostOfParamChange(int paramIdx, double /*normalizedValue*/) {
+  if (mEditListener) mEditListener->Edit(paramIdx, GetParam(paramIdx)->Value());
+}
+
+void IPlugOffline::EndInformHostOfParamChange(int paramIdx) {
+  if (mEditListener) mEditListener->EndEdit(paramIdx);
 }
 
 void IPlugOffline::AttachHostBuffers(float** inputs, float** outputs, int nFrames) {

@@ -4,16 +4,31 @@
 
 class IGraphics;
 
-// What the offline host hands the effect's constructor: the platform's editor factory, or none
-// where nothing shows an editor (the LV2 plug-in's audio side, most tests). The factory makes a
-// surface of w × h at fps redraws a second (0: the editor's default), or returns null.
-struct IPlugInstanceInfo {
-  IGraphics* (*mMakeGraphics)(IPlugBase* plug, int w, int h, int fps) = nullptr;
+// Hears of the edits made in the editor, to pass them on to a host that runs elsewhere (an LV2
+// UI's plug-in, maybe in another process). Values are plain, as the parameter holds them.
+class IPlugEditListener {
+ public:
+  virtual void BeginEdit(int paramIdx) = 0;
+  virtual void Edit(int paramIdx, double plainValue) = 0;
+  virtual void EndEdit(int paramIdx) = 0;
+
+ protected:
+  ~IPlugEditListener() = default;
 };
 
-// The adaptor for an offline host (the renderer and the tests): nobody is listening for
-// parameter changes, and the transport is a steady 120 beats per minute in 4/4 whose position
-// counts the frames processed so far.
+// What the offline host hands the effect's constructor: the platform's editor factory, or none
+// where nothing shows an editor (the LV2 plug-in's audio side, most tests). The factory makes a
+// surface of w × h at fps redraws a second (0: the editor's default) with the context given here
+// (the folder of the images, say), or returns null.
+struct IPlugInstanceInfo {
+  IGraphics* (*mMakeGraphics)(IPlugBase* plug, int w, int h, int fps, void* context) = nullptr;
+  void* mContext = nullptr;
+  IPlugEditListener* mEditListener = nullptr;  // none: the edits go nowhere
+};
+
+// The adaptor for an offline host (the renderer and the tests) and for the LV2 UI's copy of the
+// effect: the editor's edits go to the edit listener if there is one, and the transport is a
+// steady 120 beats per minute in 4/4 whose position counts the frames processed so far.
 class IPlugOffline : public IPlugBase {
  public:
   IPlugOffline(IPlugInstanceInfo instanceInfo, int nParams, const char* channelIOStr, int nPresets,
@@ -32,9 +47,9 @@ class IPlugOffline : public IPlugBase {
 
   bool DoesMidi() const { return mDoesMidi; }
 
-  void BeginInformHostOfParamChange(int) override {}
-  void InformHostOfParamChange(int, double) override {}
-  void EndInformHostOfParamChange(int) override {}
+  void BeginInformHostOfParamChange(int paramIdx) override;
+  void InformHostOfParamChange(int paramIdx, double normalizedValue) override;
+  void EndInformHostOfParamChange(int paramIdx) override;
   void InformHostOfProgramChange() override {}
   bool IsRenderingOffline() override { return true; }
   double GetSamplePos() override { return mSamplePos; }
@@ -50,5 +65,6 @@ class IPlugOffline : public IPlugBase {
   void AttachHostBuffers(float** inputs, float** outputs, int nFrames);
 
   bool mDoesMidi;
+  IPlugEditListener* mEditListener;
   double mSamplePos = 0.0;
 };

@@ -31,7 +31,7 @@ ParamInfo DescribeParam(IParam* param) {
 
 // The editor's images are under resources/img of $TARN_RESOURCE_ROOT, or else of the source tree
 // this program was built from.
-IGraphics* MakeHeadlessEditor(IPlugBase* plug, int w, int h, int) {
+IGraphics* MakeHeadlessEditor(IPlugBase* plug, int w, int h, int, void*) {
   const char* root = std::getenv("TARN_RESOURCE_ROOT");
   return new HeadlessGraphics(plug, w, h, root ? root : TARN_RESOURCE_ROOT);
 }

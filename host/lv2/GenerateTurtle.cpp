@@ -1,14 +1,14 @@
-// tarn-lv2-ttl DIR BINARY: writes DIR/manifest.ttl and DIR/tarn.ttl for the plug-in library
-// BINARY (a file name inside the bundle), from a freshly made effect's identity and parameter
-// table, so the bundle's metadata can never drift from the code.
-#include "TurtleWriter.h"
-
-#include "dsp/Tarn.h"
-
+// tarn-lv2-ttl DIR BINARY UI_BINARY: writes DIR/manifest.ttl and DIR/tarn.ttl for the plug-in
+// library BINARY and the editor's library UI_BINARY (file names inside the bundle), from a freshly
+// made effect's identity and parameter table, so the bundle's metadata can never drift from the
+// code.
 #include <cstdio>
 #include <memory>
 #include <sstream>
 #include <string>
+
+#include "TurtleWriter.h"
+#include "dsp/Tarn.h"
 
 namespace {
 
@@ -29,16 +29,17 @@ bool WriteFile(const std::string& path, const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::fprintf(stderr, "usage: tarn-lv2-ttl BUNDLE_DIR BINARY_FILE_NAME\n");
+  if (argc != 4) {
+    std::fprintf(stderr, "usage: tarn-lv2-ttl BUNDLE_DIR BINARY_FILE_NAME UI_BINARY_FILE_NAME\n");
     return 2;
   }
   const std::string dir = argv[1];
   std::unique_ptr<IPlugAdaptor> plug(MakePlug());
 
   std::ostringstream manifest, descriptions;
-  tarnlv2::WriteManifest(manifest, argv[2], "tarn.ttl");
+  tarnlv2::WriteManifest(manifest, {argv[2], argv[3], "tarn.ttl"});
   tarnlv2::WriteDescriptions(descriptions, *plug);
-  const bool ok = WriteFile(dir + "/manifest.ttl", manifest.str()) && WriteFile(dir + "/tarn.ttl", descriptions.str());
+  const bool ok = WriteFile(dir + "/manifest.ttl", manifest.str()) &&
+                  WriteFile(dir + "/tarn.ttl", descriptions.str());
   return ok ? 0 : 1;
 }

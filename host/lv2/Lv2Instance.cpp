@@ -172,7 +172,7 @@ float* Lv2Instance::FiniteInput(int channel, float* samples, int nFrames) {
 
 void Lv2Instance::WriteOutputControls() {
   if (mLatencyPort) *mLatencyPort = static_cast<float>(mPlug->GetLatency());
-  if (mNeedlePort) *mNeedlePort = static_cast<float>(mTarn->GetNeedle());
+  if (mNeedlePort) *mNeedlePort = static_cast<float>(mTarn->NeedlePosition());
 }
 
 LV2_State_Status Lv2Instance::SaveState(LV2_State_Store_Function store, LV2_State_Handle handle) {

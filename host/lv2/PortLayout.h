@@ -19,6 +19,9 @@ inline constexpr PluginVariant kVariants[kNumVariants] = {
     {"urn:tessmoral:tarn#stereo", "stereo", 2},
 };
 
+// The editor, one UI for every plug-in of the bundle.
+inline constexpr const char* kUiUri = "urn:tessmoral:tarn#ui";
+
 // The key of the 64-byte parameter state in the host's state store.
 inline constexpr const char* kStateKeyUri = "urn:tessmoral:tarn#state";
 
@@ -26,7 +29,7 @@ inline constexpr const char* kStateKeyUri = "urn:tessmoral:tarn#state";
 // input per parameter (port index = parameter index), the designated "enabled" input, the
 // latency and needle outputs; then the audio inputs and outputs.
 class PortLayout {
-public:
+ public:
   PortLayout(int nParams, int nChannels) : mNParams(nParams), mNChannels(nChannels) {}
 
   int NParams() const { return mNParams; }
@@ -48,7 +51,7 @@ public:
   // "In"/"Out", or "In L", "In R", "Out L", "Out R".
   std::string AudioName(bool input, int channel) const;
 
-private:
+ private:
   static uint32_t Index(int i) { return static_cast<uint32_t>(i); }
 
   int mNParams;

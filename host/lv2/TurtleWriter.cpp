@@ -22,6 +22,7 @@ const char* const kPrefixes =
     "@prefix rdf: <http://www.w3.org/1999/02/22-rdf-syntax-ns#> .\n"
     "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n"
     "@prefix state: <http://lv2plug.in/ns/ext/state#> .\n"
+    "@prefix ui: <http://lv2plug.in/ns/extensions/ui#> .\n"
     "@prefix units: <http://lv2plug.in/ns/extensions/units#> .\n"
     "@prefix urid: <http://lv2plug.in/ns/ext/urid#> .\n";
 
@@ -155,28 +156,54 @@ void WritePlugin(std::ostream& out, IPlugBase& plug, const PluginVariant& varian
       << "\tlv2:optionalFeature lv2:hardRTCapable , urid:map , opts:options , "
          "bufsz:boundedBlockLength ;\n"
       << "\topts:supportedOption bufsz:maxBlockLength ;\n"
-      << "\tlv2:extensionData state:interface ;\n";
+      << "\tlv2:extensionData state:interface ;\n"
+      << "\tui:ui " << Uri(kUiUri) << " ;\n";
   WritePorts(out, plug, PortLayout(plug.NParams(), variant.nChannels));
+}
+
+// The editor needs the host's idle calls for its frames and its events. It embeds itself in the
+// host's window when given one, asks for its fixed size, reports drags as touches, and shows
+// the needle the plug-in reports.
+void WriteUi(std::ostream& out, const PortLayout& layout) {
+  out << "\n"
+      << Uri(kUiUri) << "\n"
+      << "\ta ui:X11UI ;\n"
+      << "\tlv2:requiredFeature ui:idleInterface ;\n"
+      << "\tlv2:optionalFeature ui:parent , ui:resize , ui:touch ;\n"
+      << "\tlv2:extensionData ui:idleInterface ;\n"
+      << "\tui:portNotification ";
+  for (int i = 0; i < kNumVariants; ++i) {
+    out << (i ? " , " : "") << "[\n\t\tui:plugin " << Uri(kVariants[i].uri) << " ;\n"
+        << "\t\tui:portIndex " << layout.Needle() << " ;\n"
+        << "\t\tui:protocol ui:floatProtocol\n\t]";
+  }
+  out << " .\n";
 }
 
 }  // namespace
 
-void WriteManifest(std::ostream& out, const std::string& binaryFile,
-                   const std::string& descriptionFile) {
+void WriteManifest(std::ostream& out, const BundleFiles& files) {
   out << "@prefix lv2: <http://lv2plug.in/ns/lv2core#> .\n"
-      << "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n";
+      << "@prefix rdfs: <http://www.w3.org/2000/01/rdf-schema#> .\n"
+      << "@prefix ui: <http://lv2plug.in/ns/extensions/ui#> .\n";
   for (const PluginVariant& variant : kVariants) {
     out << "\n"
         << Uri(variant.uri) << "\n"
         << "\ta lv2:Plugin ;\n"
-        << "\tlv2:binary " << Uri(binaryFile.c_str()) << " ;\n"
-        << "\trdfs:seeAlso " << Uri(descriptionFile.c_str()) << " .\n";
+        << "\tlv2:binary " << Uri(files.plugin.c_str()) << " ;\n"
+        << "\trdfs:seeAlso " << Uri(files.description.c_str()) << " .\n";
   }
+  out << "\n"
+      << Uri(kUiUri) << "\n"
+      << "\ta ui:X11UI ;\n"
+      << "\tui:binary " << Uri(files.ui.c_str()) << " ;\n"
+      << "\trdfs:seeAlso " << Uri(files.description.c_str()) << " .\n";
 }
 
 void WriteDescriptions(std::ostream& out, IPlugBase& plug) {
   out << kPrefixes;
   for (const PluginVariant& variant : kVariants) WritePlugin(out, plug, variant);
+  WriteUi(out, PortLayout(plug.NParams(), 1));
 }
 
 std::string TurtleNumber(double value) {

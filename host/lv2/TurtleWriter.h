@@ -8,12 +8,20 @@ class IPlugBase;
 
 namespace tarnlv2 {
 
-// The bundle's manifest: each plug-in's URI with the library that implements it and the file
-// that describes it.
-void WriteManifest(std::ostream& out, const std::string& binaryFile, const std::string& descriptionFile);
+// The files of the bundle, by their names inside it.
+struct BundleFiles {
+  std::string plugin;       // the plug-ins' library
+  std::string ui;           // the editor's library
+  std::string description;  // the Turtle file WriteDescriptions fills
+};
+
+// The bundle's manifest: each plug-in's and the editor's URI with the library that implements
+// it and the file that describes it.
+void WriteManifest(std::ostream& out, const BundleFiles& files);
 
 // The description of every plug-in of the bundle, taken from the effect's own identity and
-// parameter table: ports, ranges, defaults, units, scale points, features and extensions.
+// parameter table: ports, ranges, defaults, units, scale points, features and extensions; then
+// the editor's.
 void WriteDescriptions(std::ostream& out, IPlugBase& plug);
 
 // The shortest decimal text that reads back as exactly `value`, always with a fraction or

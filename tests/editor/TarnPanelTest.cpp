@@ -15,7 +15,7 @@
 
 namespace {
 
-IGraphics* MakeHeadless(IPlugBase* plug, int w, int h, int) {
+IGraphics* MakeHeadless(IPlugBase* plug, int w, int h, int, void*) {
   return new HeadlessGraphics(plug, w, h, TARN_SOURCE_DIR);
 }
 

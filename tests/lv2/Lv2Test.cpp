@@ -171,6 +171,15 @@ TEST(Lv2Run, BypassPassesNonFiniteInputAsSilenceAndRunsAllocateNothing) {
   }
 }
 
+// The needle output is the needle's place on the meter's scale, not the meter's raw level: a
+// steady 0.5 reads 0.5 · e^2.07 on the input meter, far past the scale's end at 0.98.
+TEST(Lv2Run, TheNeedlePortGivesThePlaceOnTheScale) {
+  Host host(kStereo);
+  Channels in(2, std::vector<float>(48000, 0.5f)), out = in;
+  host.Run(in, out, 4800);
+  EXPECT_EQ(host.control[10], 0.98f);
+}
+
 // Controls act as automation (clamped, never rounded, NaN ignored) when moved, at a first run when
 // unlike the instance. Only a whole, finite state of 64 bytes is restored; others warn and fail.
 TEST(Lv2State, ControlsStatesAndRefusals) {

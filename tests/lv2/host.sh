@@ -7,7 +7,7 @@ trap 'for pid in "${pids[@]}"; do kill "$pid" && wait "$pid"; done 2>/dev/null; 
 cd "$scratch" || exit 1
 fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
 need() { for tool; do command -v "$tool" >/dev/null || { echo "SKIP: no $tool"; exit 77; }; done; }
-[ -n "${4:-}" ] && [[ $what =~ apply|jalv ]] && { echo "SKIP: $what cannot load the $4-sanitized plug-in"; exit 77; }
+[ -n "${4:-}" ] && [[ $what =~ apply|jalv|editor ]] && { echo "SKIP: $what cannot load the $4-sanitized plug-in"; exit 77; }
 
 case $what in
 validate)  # the Turtle against the LV2 schemas (only: other plug-ins are not ours); the release's
@@ -66,5 +66,41 @@ jalv)  # jalv runs the stereo plug-in in a private dummy JACK server and takes a
     fail "jalv did not take drive = 5, list it and show latency 6"
   awk '/needle = / { n = $NF } END { exit !(n > 0) }' log || fail "the needle never moved"
   grep -iE "error|fail|warn|exception" log && fail "jalv reported a problem" ;;
+editor)  # jalv shows the editor (run under with-xvfb.sh); xdotool works it while a sine plays
+  need jackd jack_wait jack_simple_client jack_connect jack_rec jalv.gtk3 xdotool import compare python3
+  export JACK_NO_AUDIO_RESERVATION=1 JACK_NO_START_SERVER=1 JACK_DEFAULT_SERVER=tarn-ui-test-$$ client=tarn-ui-$$
+  timeout -k 2 90 jackd -n "$JACK_DEFAULT_SERVER" -d dummy -r 48000 -p 256 >jackd.log 2>&1 & pids+=($!)
+  timeout 15 jack_wait -w -t 10 >/dev/null 2>&1 || { cat jackd.log; fail "no JACK server"; exit 1; }
+  timeout -k 2 80 jalv.gtk3 -n -x --jack-name "$client" urn:tessmoral:tarn#stereo >jalv.log 2>&1 & pids+=($!)
+  timeout -k 2 80 jack_simple_client >/dev/null 2>&1 & pids+=($!)  # sines of amplitude 0.2
+  timeout 20 xdotool search --sync --onlyvisible --name "Tarn" >/dev/null || { cat jalv.log; fail "no editor"; exit 1; }
+  for c in l r; do timeout 10 sh -c "until jack_connect jack_simple_client:output$([ $c = l ] && echo 1 || echo 2) $client:in_$c 2>/dev/null; do sleep 0.2; done"; done
+  # level: the left output's RMS in dB over one second, once the last action has settled
+  level() { sleep 0.5 && rm -f rec.wav && timeout 10 jack_rec -f rec.wav -d 1 -b 32 "$client:out_l" >/dev/null 2>&1
+    python3 -c 'import wave, array, math; w = wave.open("rec.wav"); a = array.array("i", w.readframes(w.getnframes()))
+print("%.2f" % (10 * math.log10(sum((x / 2.0**31) ** 2 for x in a) / len(a))))'; }
+  # expect WHAT DB: the level is DB (within 0.05 dB) above the level before any action
+  expect() { local now; now=$(level); awk -v a="$now" -v b="$base" -v d="$2" 'BEGIN { x = a - b - d; exit !(x * x < 0.0025) }' ||
+    fail "$1: the output is $now dB, expected $base + $2"; }
+  # The window as drawn; only the needle may differ from the snapshot of a fresh editor at rest.
+  python3 -c 'import wave; w = wave.open("silence.wav", "wb"); w.setparams((1, 2, 48000, 0, "NONE", "")); w.writeframes(bytes(9600))'
+  "$render" silence.wav -o out.wav --editor-snapshot rest.png -q >/dev/null || fail "no snapshot"
+  sleep 1 && import -window root -crop 304x416+0+0 +repage shown.png
+  differ=$(compare -metric AE shown.png rest.png diff.png 2>&1)
+  awk -v n="$differ" 'BEGIN { exit !(n > 0 && n <= 768) }' || fail "the window differs from the snapshot in $differ pixels, not only in the needle"
+  base=$(level)
+  xdotool mousemove 219 168 mousedown 1 mousemove 219 160 mousemove 219 149 mouseup 1  # Output +19 px
+  expect "a drag on Output" 1.9
+  xdotool mousemove 219 168 click --repeat 2 --delay 100 1  # a double click restores 0 dB
+  expect "a double click on Output" 0
+  xdotool click 3 sleep 0.3 key BackSpace BackSpace BackSpace BackSpace type -- -6 && xdotool key Return
+  expect "-6 typed into Output's field" -6
+  xdotool mousemove 183 25 click 3 sleep 0.5 mousemove 150 86 click 1  # the mode menu's "Output"
+  xdotool mousemove 72 47 click 1  # the bypass switch: the input comes out, 0.2 / sqrt(2)
+  base=-16.99 && expect "the bypass switch" 0
+  sleep 0.3 && import -window root -crop 304x416+0+0 +repage changed.png
+  lit() { convert changed.png -crop 1x1+"$1"+25 -format '%[fx:int(255*r)]' info:; }
+  [ "$(lit 252)" -gt 200 ] && [ "$(lit 114)" -lt 200 ] || fail "the menu did not light the OUT lamp"
+  grep -iE "error|fail|warn|exception" jalv.log && fail "jalv reported a problem" ;;
 esac
 [ $failures -eq 0 ] && echo "PASS: $what"

@@ -3,13 +3,16 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <stdexcept>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include "dsp/Tarn.h"
 #include "editor/HeadlessGraphics.h"
 #include "editor/x11/IGraphicsX11.h"
+#include "host/lv2/Lv2Ui.h"
 #include "lice/LICE_SysBitmap.h"
 
 // Last: Xlib's macros (None, Bool, Status) would clash with the names above.
@@ -19,10 +22,10 @@
 
 namespace {
 
-IGraphics* MakeX11(IPlugBase* plug, int w, int h, int fps) {
+IGraphics* MakeX11(IPlugBase* plug, int w, int h, int fps, void*) {
   return new IGraphicsX11(plug, w, h, fps, TARN_SOURCE_DIR);
 }
-IGraphics* MakeHeadless(IPlugBase* plug, int w, int h, int) {
+IGraphics* MakeHeadless(IPlugBase* plug, int w, int h, int, void*) {
   return new HeadlessGraphics(plug, w, h, TARN_SOURCE_DIR);
 }
 
@@ -32,6 +35,18 @@ std::vector<Window> Children(Display* display, Window window) {
   XQueryTree(display, window, &root, &up, &children, &n);
   std::vector<Window> list(children, children + n);
   return XFree(children), list;
+}
+
+// An event for the editor's window as the server delivers it, at a time in milliseconds.
+void SendEvent(Display* display, Window window, int type, int x, int y, unsigned detail,
+               unsigned state, Time time) {
+  XEvent e{};
+  e.type = type;
+  XButtonEvent& b = e.xbutton;  // buttons, motion and keys share these fields' places
+  b.display = display, b.window = window, b.root = DefaultRootWindow(display);
+  b.x = x, b.y = y, b.state = state, b.time = time, b.same_screen = True, b.button = detail;
+  if (type == KeyPress) e.xkey.keycode = detail;
+  XSendEvent(display, window, False, 0, &e), XFlush(display);
 }
 
 // A host's window with Tarn's editor in it; the host's connection listens for keys handed back.
@@ -49,15 +64,8 @@ struct Host {
   void Frames(int n) {
     for (int i = 0; i < n; ++i) gui().Idle(), usleep(45000);
   }
-  // An event for the editor's window as the server delivers it, at a time in milliseconds.
   void Send(int type, int x, int y, unsigned detail, unsigned state, Time time) {
-    XEvent e{};
-    e.type = type;
-    XButtonEvent& b = e.xbutton;  // buttons, motion and keys share these fields' places
-    b.display = display, b.window = window, b.root = DefaultRootWindow(display);
-    b.x = x, b.y = y, b.state = state, b.time = time, b.same_screen = True, b.button = detail;
-    if (type == KeyPress) e.xkey.keycode = detail;
-    XSendEvent(display, window, False, 0, &e), XFlush(display);
+    SendEvent(display, window, type, x, y, detail, state, time);
   }
   void Click(int x, int y, unsigned button, Time time) {
     Send(ButtonPress, x, y, button, 0, time), Send(ButtonRelease, x, y, button, 0, time + 50);
@@ -181,4 +189,58 @@ TEST(X11Editor, ClosesAfterTheHostDestroyedItsWindow) {
   tarn.GetGUI()->CloseWindow();
   EXPECT_FALSE(tarn.GetGUI()->WindowIsOpen());
   XCloseDisplay(display);
+}
+
+namespace {
+
+// What an LV2 host hears from the UI: writes as "port=value", touches as "+port" and "-port".
+struct UiHostLog {
+  std::string said;
+  int w = 0, h = 0;
+  static void Write(void* log, uint32_t port, uint32_t size, uint32_t protocol, const void* value) {
+    if (size == sizeof(float) && protocol == 0)
+      static_cast<UiHostLog*>(log)->said +=
+          std::to_string(port) + "=" + std::to_string(*static_cast<const float*>(value)) + " ";
+  }
+  static void Touch(void* log, uint32_t port, bool grabbed) {
+    static_cast<UiHostLog*>(log)->said += (grabbed ? "+" : "-") + std::to_string(port) + " ";
+  }
+  static int Resize(void* log, int w, int h) {
+    return static_cast<UiHostLog*>(log)->w = w, static_cast<UiHostLog*>(log)->h = h, 0;
+  }
+};
+
+}  // namespace
+
+// The LV2 UI embeds the editor in the host's window at its size and takes the values the host
+// reports (anything but a float for a control is ignored); a drag then goes out as port writes
+// between touches, starting from the reported value: 3.5 + 19/400 of Drive's 10.
+TEST(X11Editor, TheLv2UiTalksThroughThePorts) {
+  Display* display = XOpenDisplay(nullptr);
+  const Window parent =
+      XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 400, 500, 0, 0, 0);
+  XSync(display, False);
+  UiHostLog log;
+  LV2UI_Resize resize{&log, UiHostLog::Resize};
+  LV2UI_Touch touch{&log, UiHostLog::Touch};
+  const LV2_Feature parentFeature{LV2_UI__parent, reinterpret_cast<void*>(parent)},
+      resizeFeature{LV2_UI__resize, &resize}, touchFeature{LV2_UI__touch, &touch};
+  const LV2_Feature* features[] = {&parentFeature, &resizeFeature, &touchFeature, nullptr};
+  {
+    tarnlv2::Lv2Ui ui(TARN_SOURCE_DIR, UiHostLog::Write, &log, features);
+    const Window window = reinterpret_cast<Window>(ui.Widget());
+    EXPECT_EQ(Children(display, parent), std::vector<Window>{window});
+    EXPECT_EQ(std::pair(log.w, log.h), std::pair(304, 416));
+    const float drive = 3.5f, bad = 9.0f, nan = std::nanf("");
+    ui.PortEvent(kDrive, sizeof drive, 0, &drive);
+    ui.PortEvent(kDrive, sizeof bad, 1, &bad), ui.PortEvent(kDrive, 2, 0, &bad);
+    ui.PortEvent(kDrive, sizeof nan, 0, &nan), ui.PortEvent(99, sizeof bad, 0, &bad);
+    SendEvent(display, window, ButtonPress, 84, 168, Button1, 0, 1000);
+    SendEvent(display, window, MotionNotify, 84, 149, 0, Button1Mask, 1010);
+    SendEvent(display, window, ButtonRelease, 84, 149, Button1, Button1Mask, 1020);
+    for (int i = 0; i < 3; ++i) ui.Idle(), usleep(45000);
+    EXPECT_EQ(log.said, "+1 1=3.975000 -1 ");
+  }
+  EXPECT_TRUE(Children(display, parent).empty());
+  XDestroyWindow(display, parent), XCloseDisplay(display);
 }
