@@ -109,11 +109,12 @@ TEST(HalfBandFilter, StatedImpulseAndAQuarterRateCutoff) {
 TEST(OnePoleStage, ModesLanesAndFlush) {
   const std::pair<int, double> modes[] = {
       {0, 0.375}, {1, 0.625}, {4, 1.2625}, {5, 1.4375}, {7, 0.125}};
+  // A fresh stage starts silent: its last output and its integrator (held whole by a = 1).
+  EXPECT_EQ(OnePoleStage{7}.process(1.0) + (OnePoleStage{0, 0.0, 1.0}.process(0.0)), 0.0);
   for (auto [mode, expected] : modes) {
     OnePoleStage s{mode, 0.125, 0.5, 0.7, 0.25, 0.125}, left = s;  // an input of 1 makes z 0.375
     EXPECT_DOUBLE_EQ(s.process(1.0), expected) << mode;
     EXPECT_EQ(s.z, 0.375);
-    EXPECT_EQ(OnePoleStage{7}.process(1.0), 0.0);  // a fresh stage's last output is silence
     for (auto [other, unused] : modes) {
       OnePoleStage right{other, 0.3, -0.2, -0.4, 0.0, 0.5};
       OnePoleLanes<LanePair> lanes(left, right);

@@ -37,35 +37,40 @@ std::vector<Window> Children(Display* display, Window window) {
   return XFree(children), list;
 }
 
-// An event for the editor's window as the server delivers it, at a time in milliseconds.
-void SendEvent(Display* display, Window window, int type, int x, int y, unsigned detail,
-               unsigned state, Time time) {
-  XEvent e{};
-  e.type = type;
-  XButtonEvent& b = e.xbutton;  // buttons, motion and keys share these fields' places
-  b.display = display, b.window = window, b.root = DefaultRootWindow(display);
-  b.x = x, b.y = y, b.state = state, b.time = time, b.same_screen = True, b.button = detail;
-  if (type == KeyPress) e.xkey.keycode = detail;
-  XSendEvent(display, window, False, 0, &e), XFlush(display);
-}
-
-// A host's window with Tarn's editor in it; the host's connection listens for keys handed back.
-struct Host {
-  Host() : display(XOpenDisplay(nullptr)) {
+// A host's window on a connection of its own, which listens for keys handed back, and the
+// editor's window in it.
+struct HostWindow {
+  HostWindow() : display(XOpenDisplay(nullptr)) {
     if (!display) throw std::runtime_error("no X display: run this under with-xvfb.sh");
     parent = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 400, 500, 0, 0, 0);
     XSelectInput(display, parent, KeyPressMask);
     XMapWindow(display, parent), XSync(display, False);
+  }
+  ~HostWindow() { XDestroyWindow(display, parent), XCloseDisplay(display); }
+  // An event for the editor's window as the server delivers it, at a time in milliseconds.
+  void Send(int type, int x, int y, unsigned detail, unsigned state, Time time) {
+    XEvent e{};
+    e.type = type;
+    XButtonEvent& b = e.xbutton;  // buttons, motion and keys share these fields' places
+    b.display = display, b.window = window, b.root = DefaultRootWindow(display);
+    b.x = x, b.y = y, b.state = state, b.time = time, b.same_screen = True, b.button = detail;
+    if (type == KeyPress) e.xkey.keycode = detail;
+    XSendEvent(display, window, False, 0, &e), XFlush(display);
+  }
+  Display* display;
+  Window parent, window = 0;
+};
+
+// Tarn's editor in the host's window.
+struct Host : HostWindow {
+  Host() {
     window = reinterpret_cast<Window>(gui().OpenWindow(reinterpret_cast<void*>(parent)));
     Frames(6);
   }
-  ~Host() { gui().CloseWindow(), XDestroyWindow(display, parent), XCloseDisplay(display); }
+  ~Host() { gui().CloseWindow(); }
   IGraphicsX11& gui() { return *static_cast<IGraphicsX11*>(tarn.GetGUI()); }
   void Frames(int n) {
     for (int i = 0; i < n; ++i) gui().Idle(), usleep(45000);
-  }
-  void Send(int type, int x, int y, unsigned detail, unsigned state, Time time) {
-    SendEvent(display, window, type, x, y, detail, state, time);
   }
   void Click(int x, int y, unsigned button, Time time) {
     Send(ButtonPress, x, y, button, 0, time), Send(ButtonRelease, x, y, button, 0, time + 50);
@@ -76,8 +81,6 @@ struct Host {
   }
   size_t Fields() { return Children(display, window).size(); }
   Tarn tarn{IPlugInstanceInfo{MakeX11}};
-  Display* display;
-  Window parent, window = 0;
 };
 
 }  // namespace
@@ -216,31 +219,27 @@ struct UiHostLog {
 // reports (anything but a float for a control is ignored); a drag then goes out as port writes
 // between touches, starting from the reported value: 3.5 + 19/400 of Drive's 10.
 TEST(X11Editor, TheLv2UiTalksThroughThePorts) {
-  Display* display = XOpenDisplay(nullptr);
-  const Window parent =
-      XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 400, 500, 0, 0, 0);
-  XSync(display, False);
+  HostWindow host;
   UiHostLog log;
   LV2UI_Resize resize{&log, UiHostLog::Resize};
   LV2UI_Touch touch{&log, UiHostLog::Touch};
-  const LV2_Feature parentFeature{LV2_UI__parent, reinterpret_cast<void*>(parent)},
+  const LV2_Feature parentFeature{LV2_UI__parent, reinterpret_cast<void*>(host.parent)},
       resizeFeature{LV2_UI__resize, &resize}, touchFeature{LV2_UI__touch, &touch};
   const LV2_Feature* features[] = {&parentFeature, &resizeFeature, &touchFeature, nullptr};
   {
     tarnlv2::Lv2Ui ui(TARN_SOURCE_DIR, UiHostLog::Write, &log, features);
-    const Window window = reinterpret_cast<Window>(ui.Widget());
-    EXPECT_EQ(Children(display, parent), std::vector<Window>{window});
+    host.window = reinterpret_cast<Window>(ui.Widget());
+    EXPECT_EQ(Children(host.display, host.parent), std::vector<Window>{host.window});
     EXPECT_EQ(std::pair(log.w, log.h), std::pair(304, 416));
     const float drive = 3.5f, bad = 9.0f, nan = std::nanf("");
     ui.PortEvent(kDrive, sizeof drive, 0, &drive);
     ui.PortEvent(kDrive, sizeof bad, 1, &bad), ui.PortEvent(kDrive, 2, 0, &bad);
     ui.PortEvent(kDrive, sizeof nan, 0, &nan), ui.PortEvent(99, sizeof bad, 0, &bad);
-    SendEvent(display, window, ButtonPress, 84, 168, Button1, 0, 1000);
-    SendEvent(display, window, MotionNotify, 84, 149, 0, Button1Mask, 1010);
-    SendEvent(display, window, ButtonRelease, 84, 149, Button1, Button1Mask, 1020);
+    host.Send(ButtonPress, 84, 168, Button1, 0, 1000);
+    host.Send(MotionNotify, 84, 149, 0, Button1Mask, 1010);
+    host.Send(ButtonRelease, 84, 149, Button1, Button1Mask, 1020);
     for (int i = 0; i < 3; ++i) ui.Idle(), usleep(45000);
     EXPECT_EQ(log.said, "+1 1=3.975000 -1 ");
   }
-  EXPECT_TRUE(Children(display, parent).empty());
-  XDestroyWindow(display, parent), XCloseDisplay(display);
+  EXPECT_TRUE(Children(host.display, host.parent).empty());
 }
