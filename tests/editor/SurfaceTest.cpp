@@ -6,6 +6,8 @@
 #include "ScratchFolder.h"
 #include "lice/LICE_PNG.h"
 
+using Surface = EditorTest;
+
 namespace {
 
 // A black 64 × 48 back buffer after one redraw of `area` by a control whose drawing is `paint`
@@ -35,8 +37,7 @@ std::string Draws(const std::vector<RecordingControl*>& controls) {
 // (TarnPanelTest loads real ones); the back buffer saves as a PNG file once there is one. An editor
 // without controls draws nothing and says it did. Left and top edges may touch the other's right
 // and bottom ones, not the other way round.
-TEST(Surface, DefaultsAndTheAsymmetricMeets) {
-  EditorPlug plug;
+TEST_F(Surface, DefaultsAndTheAsymmetricMeets) {
   HeadlessGraphics empty(&plug, 8, 8);
   const IBitmap missing = empty.LoadIBitmap(77, "missing.png", 3);
   EXPECT_TRUE(empty.FPS() == 25 && !missing.mData && missing.W == 0 && missing.H == 0);
@@ -59,9 +60,7 @@ TEST(Surface, DefaultsAndTheAsymmetricMeets) {
 // controls meeting the area and clean all; a value change asks for two frames, hiding for one
 // more. Without strict drawing a dirty background repaints all that is visible; otherwise each
 // dirty control repaints with what it meets (control 2 meets 1, 1 does not meet 2).
-TEST(Surface, DirtyUnionAndRedrawModes) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+TEST_F(Surface, DirtyUnionAndRedrawModes) {
   editor.PrepDraw();
   const IRECT rects[] = {{0, 0, 64, 48}, {10, 10, 20, 20}, {20, 20, 30, 30}, {40, 0, 50, 9}, {}};
   std::vector<RecordingControl*> c;
@@ -87,9 +86,7 @@ TEST(Surface, DirtyUnionAndRedrawModes) {
 
 // Frame k's offset is trunc(size·(k - 1)/N + 0.5), down or across; states 0 and 1 and 1-frame
 // bitmaps give the top; the copy is clipped to the area being redrawn. Rectangles are outlined.
-TEST(Surface, DrawBitmapPicksFramesAndClips) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+TEST_F(Surface, DrawBitmapPicksFramesAndClips) {
   IBitmap tall = editor.Frames(6, 5, 2), wide = tall, single = tall;  // 6 × 10 pixels
   tall.N = 3, wide.N = 3, wide.mFramesAreHorizontal = true, single.N = 1;
   const struct {
@@ -119,9 +116,7 @@ TEST(Surface, DrawBitmapPicksFramesAndClips) {
 // and closes the host's gesture (a double click taken as a press opens none). Drags carry the
 // movement since the last event; keys on the background go to the key catcher. Controls log
 // their tag and the event.
-TEST(Surface, EventsReachTheRightControl) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+TEST_F(Surface, EventsReachTheRightControl) {
   std::string& log = plug.log;
   auto* low = new RecordingControl(&plug, 0, &log, {0, 0, 20, 20}, "A");
   auto* high = new RecordingControl(&plug, 1, &log, {10, 10, 30, 30}, "B");
@@ -185,7 +180,7 @@ std::pair<std::array<int, 4>, bool> InkOf(IText text, const char* str, IRECT rec
 // Text lands inside its rectangle and the area being redrawn, vertically centred and placed by
 // the alignment, in the text's colour; a transparent colour leaves no ink; UTF-8 is decoded (a
 // cut sequence shows a replacement mark). Measuring gives the advances' width and a line height.
-TEST(Surface, TextIsAlignedColouredAndClipped) {
+TEST_F(Surface, TextIsAlignedColouredAndClipped) {
   IText text;
   text.mSize = 14, text.mColor = {255, 200, 100, 50};
   IRECT rect{4, 8, 60, 40};
@@ -206,7 +201,6 @@ TEST(Surface, TextIsAlignedColouredAndClipped) {
   Canvas([&](IGraphics* g) { EXPECT_FALSE(g->DrawIText(&text, nullptr, &rect)); });
   text.mColor.A = 0;
   EXPECT_LT(InkOf(text, "Tarn", rect).first[1], 0);
-  HeadlessGraphics editor(nullptr, 8, 8);
   const auto measure = [&](int size, const char* str, IRECT* r) {
     IText measured;
     measured.mSize = size;
