@@ -41,9 +41,8 @@ TEST_F(Controls, BitmapFramesFollowTheValue) {
   EXPECT_EQ(editor.Pixel(10, 10)[0], 2);
 }
 
-// A click adds 1/(N - 1) and wraps past 1.001; a double click is one more click. A vertical knob's
-// own height times the gearing (4) is the whole range, ten times finer with shift or control;
-// the wheel moves 0.01 a notch, 0.001 with either held. Values are clamped into range.
+// A click adds 1/(N - 1), wrapping past 1.001; a knob's height × gearing (4) is the range, 10×
+// finer with shift or control; the wheel moves 0.01 a notch (0.001 held); values clamp into range.
 TEST_F(Controls, SwitchStepsKnobGearingAndWheel) {
   IBitmap one = editor.Frames(4, 4, 1), two = editor.Frames(4, 4, 2),
           three = editor.Frames(5, 5, 3);
@@ -77,9 +76,8 @@ TEST_F(Controls, SwitchStepsKnobGearingAndWheel) {
   EXPECT_TRUE(knob.GetValue() == 0.6 && plug.log.empty());
 }
 
-// The handle's centre follows the pointer (value 1 at the top); with only-handle set the track
-// outside the handle is no hit. A radio click sets i/(n - 1); one between buttons re-sends.
-// (Tarn's panel places a horizontal fader and a row of lamps and draws them: TarnPanelTest.)
+// A fader's handle centre follows the pointer (only the handle hits); a radio click sets
+// i/(n - 1), also between buttons. (Tarn's panel draws its fader and lamps: TarnPanelTest.)
 TEST_F(Controls, FaderAndRadioButtons) {
   IBitmap handle = editor.Frames(6, 10, 1), button = editor.Frames(8, 4, 2);
   IFaderControl fader(&plug, 5, 0, 50, 0, &handle, kVertical, true);
@@ -100,9 +98,8 @@ TEST_F(Controls, FaderAndRadioButtons) {
   EXPECT_EQ(reversed.GetButtonRECT(0), (IRECT{0, 28, 8, 32}));  // gap (30 - 12)/2 = 9
 }
 
-// The plug-in's first value is also the double-click default; until then a double click does
-// nothing. User changes reach the plug-in and the value and name displays; graying sets the
-// weight to 0.25 and back to 1.0; auxiliary parameters get their own values.
+// The plug-in's first value is the double-click default; user changes reach the plug-in and the
+// displays; graying weighs 0.25 and back 1.0; auxiliary parameters get their own values.
 TEST_F(Controls, DefaultsDisplaysGrayingAndAuxiliaries) {
   auto* attached = new TestEditor(&plug);  // the plug-in's own, not the fixture's
   IBitmap lamp = attached->Frames(3, 3, 3);

@@ -41,9 +41,8 @@ TEST(Prompt, MenuOfStates) {
   EXPECT_EQ(p.plug.log, "set 1 0,set 2 1,");
 }
 
-// A 30 × 16 field centred on the control holds the value's text; digits, signs and (for doubles)
-// the point are accepted up to the entry length (7), anything else refused as typed; return applies
-// the number read from the text (0 without one); states are looked up by their text.
+// A centred 30 × 16 field with the value's text takes digits, signs and points (doubles) up to 7
+// characters; return applies the number read (0 without one); states are looked up by text.
 TEST(Prompt, ValueFieldFiltersAndApplies) {
   Prompted p;
   IKnobMultiControl *gain = p.Knob(0), *count = p.Knob(3);

@@ -23,10 +23,8 @@ TEST_F(ViewHostTest, CoordinatesTurnOverWithTheStatedOffsets) {
   EXPECT_FALSE(view.OnTimer(&invalid));
 }
 
-// Left-button events carry L and Command as R; right-button ones R alone, with Shift, Control
-// and Option as they are. A press with Command and Control on an automatable control goes to the
-// host; two clicks make a double click; drags wait while a value field is open; the wheel moves
-// by whole steps toward zero; keys go where the mouse last was.
+// Buttons map the modifiers (left: Command as R); Command-Control presses go to the host's
+// automation; drags wait for an open field; the wheel steps toward 0; keys go where the mouse was.
 TEST_F(ViewHostTest, EventsBecomeTheEditorsCalls) {
   const ViewModifiers command{true}, both{true, false, true}, all{true, true, true, true};
   const IMouseMod l = ViewHost::LeftButton(all), r = ViewHost::RightButton(command);
@@ -73,9 +71,8 @@ TEST_F(ViewHostTest, KeysNamesAndTexts) {
             "Cocoa gui|Carbon Composited gui|Carbon Non-Composited gui");
 }
 
-// Ending a field applies its text to the parameter or, without one, to the control (the value
-// field's own tests apply through a parameter), or drops it; ending none says so. The field's font
-// is 0.9 the size, truncated.
+// Ending a field applies the text to the control when it has no parameter, or drops it; ending
+// none says so. The field's font is 0.9 the size, truncated.
 TEST_F(ViewHostTest, TextEntrySessionAndFieldFont) {
   RecordingControl free(&plug, -1), bound(&plug, 0);
   TextEntrySession field;
@@ -89,9 +86,8 @@ TEST_F(ViewHostTest, TextEntrySessionAndFieldFont) {
             std::pair(9, 12));
 }
 
-// Items append or insert; submenus follow their entry one level deeper; titles are numbered in
-// 1 to 3 digits by the style (none for others); separators, checks, titles and disabled items
-// show; a chosen line sets the chosen index (none before) of the menu it belongs to.
+// Titles numbered in 1 to 3 digits; lines show submenus one level deeper, separators, checks,
+// titles, disabled items; a chosen line sets the index (none before) in its own menu.
 TEST_F(ViewHostTest, MenuLinesAndChoices) {
   IPopupMenu menu, *sub = new IPopupMenu;
   sub->AddItem("x"), sub->AddItem("y", IPopupMenuItem::kChecked);

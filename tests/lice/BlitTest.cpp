@@ -87,9 +87,8 @@ const std::tuple<int, float, Argb, Argb, Argb> kWorked[] = {
     {kAdd, 1e30f, {0, 10, 0, 10}, {1, 1, 0, 1}, {127, 137, 0, 137}},  // weight held at 127 × 256
 };
 
-// By blit and by fill. Nothing drawn at weight 0, negative or NaN copy weight, unlisted mode,
-// alpha 0; a channel copy puts byte mode & 3 into byte mode >> 2 & 3; line members mix or
-// overwrite.
+// Worked values by blit and fill; nothing drawn at weight 0, bad weights, unlisted modes, alpha 0;
+// a channel copy puts byte mode & 3 into byte mode >> 2 & 3; line members mix or overwrite.
 TEST(BlendModes, HandWorkedValuesNothingDrawnChannelCopyAndTheLineMembers) {
   for (const auto& [mode, alpha, dest, src, expected] : kWorked)
     for (bool fill : {false, true})

@@ -71,9 +71,8 @@ TEST(Png, CutBrokenOrOversizedDataGivesNull) {
   }
 }
 
-// Encoding keeps every pixel as seen, alpha too or shown opaque, a flipped bitmap top row first;
-// a file is written whole and read back. No bitmap or no pixels: nothing, and no file where none
-// can be made.
+// Encoding keeps every pixel as seen (alpha or opaque, flipped top row first), also through a
+// file; no bitmap or no pixels encode nothing, and no file is made where none can be.
 TEST(Png, EncodedImagesDecodeToThePixelsSeen) {
   LICE_MemBitmap plain(7, 5, 4);
   LICE_SysBitmap flipped(7, 5);
