@@ -5,6 +5,8 @@
 #include "editor/IKnobControl.h"
 #include "editor/IRadioButtonsControl.h"
 
+using Controls = EditorTest;
+
 namespace {
 
 // The frame a bitmap control shows at each value, read from the back buffer's red channel.
@@ -24,9 +26,7 @@ std::string FramesShown(TestEditor& editor, IControl* control,
 
 // Frame trunc((N - 1)·value + 0.5) + 1, held to 1..N; drawing a bitmap control turns strict
 // drawing off, which marks every control dirty.
-TEST(Controls, BitmapFramesFollowTheValue) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+TEST_F(Controls, BitmapFramesFollowTheValue) {
   editor.PrepDraw();
   IBitmap knobFrames = editor.Frames(2, 2, 128), lamp = editor.Frames(3, 3, 2);
   auto* knob = new IKnobMultiControl(&plug, 0, 0, 0, &knobFrames);
@@ -41,12 +41,9 @@ TEST(Controls, BitmapFramesFollowTheValue) {
   EXPECT_EQ(editor.Pixel(10, 10)[0], 2);
 }
 
-// A click adds 1/(N - 1) and wraps past 1.001; a double click is one more click. A vertical knob's
-// own height times the gearing (4) is the whole range, ten times finer with shift or control;
-// the wheel moves 0.01 a notch, 0.001 with either held. Values are clamped into range.
-TEST(Controls, SwitchStepsKnobGearingAndWheel) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+// A click adds 1/(N - 1), wrapping past 1.001; a knob's height × gearing (4) is the range, 10×
+// finer with shift or control; the wheel moves 0.01 a notch (0.001 held); values clamp into range.
+TEST_F(Controls, SwitchStepsKnobGearingAndWheel) {
   IBitmap one = editor.Frames(4, 4, 1), two = editor.Frames(4, 4, 2),
           three = editor.Frames(5, 5, 3);
   ISwitchControl single(&plug, 0, 0, -1, &one), toggle(&plug, 0, 0, 2, &two),
@@ -79,12 +76,9 @@ TEST(Controls, SwitchStepsKnobGearingAndWheel) {
   EXPECT_TRUE(knob.GetValue() == 0.6 && plug.log.empty());
 }
 
-// The handle's centre follows the pointer (value 1 at the top); with only-handle set the track
-// outside the handle is no hit. A radio click sets i/(n - 1); one between buttons re-sends.
-// (Tarn's panel places a horizontal fader and a row of lamps and draws them: TarnPanelTest.)
-TEST(Controls, FaderAndRadioButtons) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+// A fader's handle centre follows the pointer (only the handle hits); a radio click sets
+// i/(n - 1), also between buttons. (Tarn's panel draws its fader and lamps: TarnPanelTest.)
+TEST_F(Controls, FaderAndRadioButtons) {
   IBitmap handle = editor.Frames(6, 10, 1), button = editor.Frames(8, 4, 2);
   IFaderControl fader(&plug, 5, 0, 50, 0, &handle, kVertical, true);
   IMouseMod mod;
@@ -104,22 +98,20 @@ TEST(Controls, FaderAndRadioButtons) {
   EXPECT_EQ(reversed.GetButtonRECT(0), (IRECT{0, 28, 8, 32}));  // gap (30 - 12)/2 = 9
 }
 
-// The plug-in's first value is also the double-click default; until then a double click does
-// nothing. User changes reach the plug-in and the value and name displays; graying sets the
-// weight to 0.25 and back to 1.0; auxiliary parameters get their own values.
-TEST(Controls, DefaultsDisplaysGrayingAndAuxiliaries) {
-  EditorPlug plug;
-  auto* editor = new TestEditor(&plug);
-  IBitmap lamp = editor->Frames(3, 3, 3);
+// The plug-in's first value is the double-click default; user changes reach the plug-in and the
+// displays; graying weighs 0.25 and back 1.0; auxiliary parameters get their own values.
+TEST_F(Controls, DefaultsDisplaysGrayingAndAuxiliaries) {
+  auto* attached = new TestEditor(&plug);  // the plug-in's own, not the fixture's
+  IBitmap lamp = attached->Frames(3, 3, 3);
   auto* knob = new IKnobMultiControl(&plug, 0, 0, 0, &lamp);
   RecordingControl value(nullptr, -1), name(nullptr, -1);
   knob->SetValDisplayControl(&value), knob->SetNameDisplayControl(&name);
   knob->AddAuxParam(3);
-  editor->AttachControl(knob);
+  attached->AttachControl(knob);
   IMouseMod mod;
   knob->OnMouseDblClick(0, 0, &mod);
   EXPECT_EQ(knob->GetValue(), 0.0);
-  plug.AttachGraphics(editor);  // sends 0.5 for "Gain" 0 dB, and "Count" to the auxiliary entry
+  plug.AttachGraphics(attached);  // sends 0.5 for "Gain" 0 dB, and "Count" to the auxiliary entry
   knob->SetValue(0.75), knob->SetDirty(true);
   EXPECT_EQ(value.text + "|" + name.text, "5.0|Gain");
   knob->OnMouseDblClick(0, 0, &mod);

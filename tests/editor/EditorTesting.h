@@ -54,3 +54,9 @@ struct TestEditor : HeadlessGraphics {
     return {int(LICE_GETR(p)), int(LICE_GETG(p)), int(LICE_GETB(p))};
   }
 };
+
+// Tests on a 64 × 48 editor of the test plug-in.
+struct EditorTest : testing::Test {
+  EditorPlug plug;
+  TestEditor editor{&plug};
+};

@@ -1,5 +1,5 @@
 // A right click's prompt: a menu of the states for parameters with texts, else a field for the
-// value that filters what is typed; and the menu model itself.
+// value that filters what is typed.
 #include "EditorTesting.h"
 #include "editor/IKnobControl.h"
 #include "editor/IPopupMenu.h"
@@ -41,9 +41,8 @@ TEST(Prompt, MenuOfStates) {
   EXPECT_EQ(p.plug.log, "set 1 0,set 2 1,");
 }
 
-// A 30 × 16 field centred on the control holds the value's text; digits, signs and (for doubles)
-// the point are accepted up to the entry length (7), anything else refused as typed; return applies
-// the number read from the text (0 without one); states are looked up by their text.
+// A centred 30 × 16 field with the value's text takes digits, signs and points (doubles) up to 7
+// characters; return applies the number read (0 without one); states are looked up by text.
 TEST(Prompt, ValueFieldFiltersAndApplies) {
   Prompted p;
   IKnobMultiControl *gain = p.Knob(0), *count = p.Knob(3);
@@ -51,7 +50,7 @@ TEST(Prompt, ValueFieldFiltersAndApplies) {
   ASSERT_TRUE(p.editor->TextEntryOpen());
   EXPECT_EQ(p.editor->EntryRECT(), (IRECT{5, 7, 35, 23}));  // centre (20, 15)
   EXPECT_EQ(p.editor->EntryText(), "0.0");
-  count->OnMouseDown(12, 12, &p.right);  // one field at a time
+  count->OnMouseDown(12, 12, &p.right);                                // one field at a time
   EXPECT_TRUE(p.editor->Type("\b") && p.editor->EntryText() == "0.");  // from the end
   EXPECT_TRUE(p.editor->Type("\b\b-3.5") && !p.editor->Type("x") && p.editor->Type("000") &&
               !p.editor->Type("0"));  // an eighth character
@@ -71,21 +70,4 @@ TEST(Prompt, ValueFieldFiltersAndApplies) {
   EXPECT_EQ(std::tuple(set(0, "abc"), set(1, "Output"), set(1, "Loud")), std::tuple(0.5, 1.0, 0.0));
   p.plug.GetParam(0)->NegateDisplay();
   EXPECT_EQ(set(0, "2.5dB"), 0.375);  // -2.5 dB of -10 ... 10
-}
-
-// Items append or insert; titles carry the numbering style; submenus belong to their item.
-TEST(Prompt, MenuModel) {
-  IPopupMenu menu;
-  menu.AddItem("b"), menu.AddItem("c", IPopupMenuItem::kDisabled | IPopupMenuItem::kChecked);
-  menu.AddItem(new IPopupMenuItem("a", IPopupMenuItem::kSeparator, new IPopupMenu), 0);
-  std::string titles;
-  for (int style : {0, 1, 2, 3, 4}) {  // 4 is no style: no prefix
-    WDL_String title;
-    menu.SetPrefix(style), menu.ItemTitle(style % 3, &title);
-    titles += std::string(title.Get()) + "|";
-  }
-  EXPECT_EQ(titles, "a|2: b|03: c|001: a|b|");
-  const IPopupMenuItem *a = menu.GetItem(0), *c = menu.GetItem(2);
-  EXPECT_TRUE(menu.GetNItems() == 3 && menu.GetChosenItemIdx() == -1 && a->GetSubmenu() &&
-              a->GetIsSeparator() && !c->GetEnabled() && c->GetChecked() && !c->GetIsTitle());
 }

@@ -6,6 +6,8 @@
 #include "ScratchFolder.h"
 #include "lice/LICE_PNG.h"
 
+using Surface = EditorTest;
+
 namespace {
 
 // A black 64 × 48 back buffer after one redraw of `area` by a control whose drawing is `paint`
@@ -31,12 +33,9 @@ std::string Draws(const std::vector<RecordingControl*>& controls) {
 
 }  // namespace
 
-// The timer runs at 25 a second by default. A failed or nameless load gives a bitmap of size 0
-// (TarnPanelTest loads real ones); the back buffer saves as a PNG file once there is one. An editor
-// without controls draws nothing and says it did. Left and top edges may touch the other's right
-// and bottom ones, not the other way round.
-TEST(Surface, DefaultsAndTheAsymmetricMeets) {
-  EditorPlug plug;
+// 25 frames a second; a failed or nameless load gives a size-0 bitmap; the back buffer saves as
+// PNG once there is one; an editor without controls draws nothing and says it did.
+TEST_F(Surface, Defaults) {
   HeadlessGraphics empty(&plug, 8, 8);
   const IBitmap missing = empty.LoadIBitmap(77, "missing.png", 3);
   EXPECT_TRUE(empty.FPS() == 25 && !missing.mData && missing.W == 0 && missing.H == 0);
@@ -50,18 +49,11 @@ TEST(Surface, DefaultsAndTheAsymmetricMeets) {
   EXPECT_EQ(saved->getBits()[6 * saved->getRowSpan() + 5], LICE_RGBA(1, 5, 6, 255));
   IRECT r{0, 0, 8, 8};
   EXPECT_TRUE(empty.Draw(&r) && empty.mScreenUpdates == 0);
-  const IRECT a{10, 10, 20, 20}, corner{0, 0, 10, 10}, inside{12, 12, 14, 14}, apart{21, 0, 30, 9};
-  EXPECT_TRUE(Meets(a, corner) && !Meets(corner, a) && Meets(a, inside) && Meets(inside, a));
-  EXPECT_FALSE(Meets(a, apart) || Meets(apart, a));
 }
 
-// Dirty rectangles unite (an empty one adds nothing but counts). Strict redraws reach the visible
-// controls meeting the area and clean all; a value change asks for two frames, hiding for one
-// more. Without strict drawing a dirty background repaints all that is visible; otherwise each
-// dirty control repaints with what it meets (control 2 meets 1, 1 does not meet 2).
-TEST(Surface, DirtyUnionAndRedrawModes) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+// Dirty rectangles unite; strict redraws reach visible controls meeting the area, value changes
+// ask two frames, hiding one more; else the background repaints all, or each dirty control does.
+TEST_F(Surface, DirtyUnionAndRedrawModes) {
   editor.PrepDraw();
   const IRECT rects[] = {{0, 0, 64, 48}, {10, 10, 20, 20}, {20, 20, 30, 30}, {40, 0, 50, 9}, {}};
   std::vector<RecordingControl*> c;
@@ -79,17 +71,15 @@ TEST(Surface, DirtyUnionAndRedrawModes) {
   EXPECT_TRUE((c[4]->SetDirty(false), editor.IsDirty(&none)) && none.Empty());
   editor.SetStrictDrawing(false), editor.Tick();  // all dirty: the background repaints all
   EXPECT_TRUE(editor.mLastScreenUpdate == rects[0] && Draws(c) == "5 2 3 0d 1 ");
-  c[1]->SetDirty(false), editor.Tick();
+  c[1]->SetDirty(false), editor.Tick();  // meetings are not symmetric: 1 does not reach 2
   EXPECT_EQ(Draws(c), "7 3 3 0 1 ");
-  c[2]->SetDirty(false), editor.Tick();
+  c[2]->SetDirty(false), editor.Tick();  // but 2 reaches 1
   EXPECT_EQ(Draws(c), "8 4 4 0 1 ");
 }
 
 // Frame k's offset is trunc(size·(k - 1)/N + 0.5), down or across; states 0 and 1 and 1-frame
 // bitmaps give the top; the copy is clipped to the area being redrawn. Rectangles are outlined.
-TEST(Surface, DrawBitmapPicksFramesAndClips) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+TEST_F(Surface, DrawBitmapPicksFramesAndClips) {
   IBitmap tall = editor.Frames(6, 5, 2), wide = tall, single = tall;  // 6 × 10 pixels
   tall.N = 3, wide.N = 3, wide.mFramesAreHorizontal = true, single.N = 1;
   const struct {
@@ -115,13 +105,9 @@ TEST(Surface, DrawBitmapPicksFramesAndClips) {
   EXPECT_EQ(outline, "...... .####. .#..#. .####. ...... ");
 }
 
-// The topmost visible, enabled control under the mouse owns it from down to up; a bound one opens
-// and closes the host's gesture (a double click taken as a press opens none). Drags carry the
-// movement since the last event; keys on the background go to the key catcher. Controls log
-// their tag and the event.
-TEST(Surface, EventsReachTheRightControl) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+// The topmost visible, enabled control under the mouse owns it from down to up, inside the host's
+// gesture if bound; drags carry the movement since the last event; stray keys reach the catcher.
+TEST_F(Surface, EventsReachTheRightControl) {
   std::string& log = plug.log;
   auto* low = new RecordingControl(&plug, 0, &log, {0, 0, 20, 20}, "A");
   auto* high = new RecordingControl(&plug, 1, &log, {10, 10, 30, 30}, "B");
@@ -182,10 +168,9 @@ std::pair<std::array<int, 4>, bool> InkOf(IText text, const char* str, IRECT rec
 
 }  // namespace
 
-// Text lands inside its rectangle and the area being redrawn, vertically centred and placed by
-// the alignment, in the text's colour; a transparent colour leaves no ink; UTF-8 is decoded (a
-// cut sequence shows a replacement mark). Measuring gives the advances' width and a line height.
-TEST(Surface, TextIsAlignedColouredAndClipped) {
+// Text is centred vertically, aligned, coloured (transparent: no ink), clipped, decoded from UTF-8
+// (a cut sequence shows a mark); measuring gives the advances' width and a line height.
+TEST_F(Surface, TextIsAlignedColouredAndClipped) {
   IText text;
   text.mSize = 14, text.mColor = {255, 200, 100, 50};
   IRECT rect{4, 8, 60, 40};
@@ -206,7 +191,6 @@ TEST(Surface, TextIsAlignedColouredAndClipped) {
   Canvas([&](IGraphics* g) { EXPECT_FALSE(g->DrawIText(&text, nullptr, &rect)); });
   text.mColor.A = 0;
   EXPECT_LT(InkOf(text, "Tarn", rect).first[1], 0);
-  HeadlessGraphics editor(nullptr, 8, 8);
   const auto measure = [&](int size, const char* str, IRECT* r) {
     IText measured;
     measured.mSize = size;

@@ -5,10 +5,11 @@
 #include "editor/TextEntrySession.h"
 #include "editor/ViewHost.h"
 
+using ViewHostTest = EditorTest;
+
 // Rectangles turn over with a pixel's difference between the two conventions, so a round trip
 // grows by one on the right and bottom; the mouse sits 2 left of and 3 above the view's point.
-TEST(ViewHost, CoordinatesTurnOverWithTheStatedOffsets) {
-  TestEditor editor(nullptr);
+TEST_F(ViewHostTest, CoordinatesTurnOverWithTheStatedOffsets) {
   ViewHost view(&editor);
   EXPECT_EQ(view.ToView({10, 5, 20, 15}), (ViewRect{10, 32, 11, 11}));
   EXPECT_EQ(view.FromView(10.7, 32.9, 11.2, 11.9), (IRECT{10, 5, 21, 16}));
@@ -22,16 +23,12 @@ TEST(ViewHost, CoordinatesTurnOverWithTheStatedOffsets) {
   EXPECT_FALSE(view.OnTimer(&invalid));
 }
 
-// Left-button events carry L and Command as R; right-button ones R alone, with Shift, Control
-// and Option as they are. A press with Command and Control on an automatable control goes to the
-// host; two clicks make a double click; drags wait while a value field is open; the wheel moves
-// by whole steps toward zero; keys go where the mouse last was.
-TEST(ViewHost, EventsBecomeTheEditorsCalls) {
+// Buttons map the modifiers (left: Command as R); Command-Control presses go to the host's
+// automation; drags wait for an open field; the wheel steps toward 0; keys go where the mouse was.
+TEST_F(ViewHostTest, EventsBecomeTheEditorsCalls) {
   const ViewModifiers command{true}, both{true, false, true}, all{true, true, true, true};
   const IMouseMod l = ViewHost::LeftButton(all), r = ViewHost::RightButton(command);
   EXPECT_TRUE(l.L && l.R && l.S && l.C && l.A && !r.L && r.R && !r.S && !r.C && !r.A);
-  EditorPlug plug;
-  TestEditor editor(&plug);
   TextEntrySession field;
   ViewHost view(&editor, &field);
   auto* a = new RecordingControl(&plug, 0, &plug.log, {0, 0, 30, 48}, "A");
@@ -53,7 +50,7 @@ TEST(ViewHost, EventsBecomeTheEditorsCalls) {
 
 // Space, the arrows, digits and letters in either case have codes; anything else, or more than
 // one character, goes back to the host.
-TEST(ViewHost, KeysNamesAndTexts) {
+TEST_F(ViewHostTest, KeysNamesAndTexts) {
   const std::pair<std::u32string, int> keys[] = {
       {U" ", 0},  {U"\uF700", 1}, {U"\uF703", 4}, {U"0", 5},   {U"9", 14}, {U"A", 15},
       {U"a", 15}, {U"Z", 40},     {U"z", 40},     {U"/", -1},  {U":", -1}, {U"@", -1},
@@ -74,43 +71,42 @@ TEST(ViewHost, KeysNamesAndTexts) {
             "Cocoa gui|Carbon Composited gui|Carbon Non-Composited gui");
 }
 
-// One field at a time; an edit the filter refuses leaves the text; ending it applies the text to
-// the parameter or, without one, to the control, or drops it. The field's font is 0.9 the size.
-TEST(ViewHost, TextEntrySessionAndFieldFont) {
-  EditorPlug plug;
-  TestEditor editor(&plug);
+// Ending a field applies the text to the control when it has no parameter, or drops it; ending
+// none says so. The field's font is 0.9 the size, truncated.
+TEST_F(ViewHostTest, TextEntrySessionAndFieldFont) {
   RecordingControl free(&plug, -1), bound(&plug, 0);
   TextEntrySession field;
-  EXPECT_TRUE(field.Open(&free, nullptr, {1, 2, 3, 4}, "ab") &&
-              !field.Open(&bound, nullptr, {}, ""));
-  EXPECT_TRUE(field.Edit("abc") && field.End(&editor, true) && free.text == "abc");
-  EXPECT_TRUE(field.Open(&bound, plug.GetParam(0), {}, "1") && !field.Edit("1x") &&
-              field.Edit("-2"));
-  EXPECT_TRUE(field.End(&editor, false) && !field.End(&editor, true) &&
-              plug.GetParam(0)->Value() == 0);
-  EXPECT_TRUE(field.Open(&bound, plug.GetParam(0), {}, "-2.5") && field.End(&editor, true));
-  EXPECT_EQ(plug.GetParam(0)->Value(), -2.5);
+  EXPECT_TRUE(field.Open(&free, nullptr, {}, "ab") && field.Edit("abc") &&
+              field.End(&editor, true));
+  EXPECT_TRUE(field.Open(&bound, plug.GetParam(0), {}, "-2") && field.End(&editor, false) &&
+              !field.End(&editor, true) && free.text == "abc" && plug.GetParam(0)->Value() == 0);
   IText ten, fourteen;
   fourteen.mSize = 14;
   EXPECT_EQ(std::pair(TextEntrySession::FontSize(ten), TextEntrySession::FontSize(fourteen)),
             std::pair(9, 12));
 }
 
-// Submenus follow their entry one level deeper; numbering, separators, checks, titles and
-// disabled items show; a chosen line sets the chosen index of the menu it belongs to.
-TEST(ViewHost, MenuLinesAndChoices) {
+// Titles numbered in 1 to 3 digits; lines show submenus one level deeper, separators, checks,
+// titles, disabled items; a chosen line sets the index (none before) in its own menu.
+TEST_F(ViewHostTest, MenuLinesAndChoices) {
   IPopupMenu menu, *sub = new IPopupMenu;
   sub->AddItem("x"), sub->AddItem("y", IPopupMenuItem::kChecked);
-  menu.AddItem("a"), menu.AddItem("", IPopupMenuItem::kSeparator);
-  menu.AddItem(new IPopupMenuItem("sub", 0, sub));
+  menu.AddItem("", IPopupMenuItem::kSeparator), menu.AddItem(new IPopupMenuItem("sub", 0, sub));
   menu.AddItem("t", IPopupMenuItem::kTitle), menu.AddItem("d", IPopupMenuItem::kDisabled);
-  menu.SetPrefix(2);
+  menu.AddItem(new IPopupMenuItem("a"), 0);
   std::string shown;
+  for (int style : {0, 1, 3, 4}) {
+    WDL_String title;
+    menu.SetPrefix(style), menu.ItemTitle(4, &title);
+    shown += std::string(title.Get()) + "|";
+  }
+  menu.SetPrefix(2);
   for (const MenuLine& l : FlattenMenu(menu))
     shown += std::to_string(l.depth) + " " + l.title + (l.separator ? "-" : "") +
              (l.submenu ? ">" : "") + (l.checked ? "*" : "") + (l.indented ? "^" : "") +
              (l.disabled ? "~" : "") + "|";
-  EXPECT_EQ(shown, "0 01: a|0 02: -|0 03: sub>|1 x|1 y*|0 04: t^|0 05: d~|");
+  EXPECT_EQ(shown, "d|5: d|005: d|d|0 01: a|0 02: -|0 03: sub>|1 x|1 y*|0 04: t^|0 05: d~|");
+  EXPECT_EQ(menu.GetChosenItemIdx(), -1);
   EXPECT_TRUE(ChooseLine(&menu, 4) == sub && sub->GetChosenItemIdx() == 1);
   EXPECT_TRUE(ChooseLine(&menu, 5) == &menu && menu.GetChosenItemIdx() == 3);
   for (int line : {-1, 1, 2, 6, 7}) EXPECT_EQ(ChooseLine(&menu, line), nullptr) << line;

@@ -1,5 +1,4 @@
 #include <cstdio>
-#include <fstream>
 #include <memory>
 
 #include "LiceTest.h"
@@ -26,17 +25,15 @@ void ExpectDecoded(const PngSample& s, LICE_IBitmap* bmp) {
   for (int i = 0; i < 35; ++i) ASSERT_EQ(Get(bmp, i % 7, i / 7), Expected(s, i % 7, i / 7)) << i;
 }
 
-// From a file into a new bitmap (rows aligned to four pixels), and from memory into given
-// bitmaps, resized to the image; a flipped one gets the first row on top as seen.
+// Into a new bitmap (rows aligned to four pixels) and into given bitmaps, resized to the image; a
+// flipped one gets the first row on top as seen. (Files are read in the encoding test below.)
 TEST(Png, EveryColourTypeAndDepthDecodesToArgb) {
   for (const PngSample& s : PngSamples()) {
     SCOPED_TRACE(testing::Message() << "type " << s.type << " depth " << s.depth << " " << s.trns);
     const Bytes bytes = EncodePng(s, 7, 5, 5);
-    const char* path = "lice-sample.png";  // in the working folder, which is the test's own
-    std::ofstream(path, std::ios::binary).write((const char*)bytes.data(), (long)bytes.size());
-    std::unique_ptr<LICE_IBitmap> fromFile(LICE_LoadPNG(path, nullptr));
-    std::remove(path);
-    ExpectDecoded(s, fromFile.get());
+    std::unique_ptr<LICE_IBitmap> fresh(
+        LICE_LoadPNGFromMemory(bytes.data(), bytes.size(), nullptr));
+    ExpectDecoded(s, fresh.get());
     LICE_SysBitmap sys(2, 2);
     GuardedBitmap flipped(7, 5, true);
     EXPECT_EQ(LICE_LoadPNGFromMemory(bytes.data(), bytes.size(), &sys), &sys);
@@ -74,8 +71,8 @@ TEST(Png, CutBrokenOrOversizedDataGivesNull) {
   }
 }
 
-// Encoding keeps every pixel as seen, alpha too or shown opaque, a flipped bitmap top row first;
-// a file is written whole. No bitmap or no pixels: nothing, and no file where none can be made.
+// Encoding keeps every pixel as seen (alpha or opaque, flipped top row first), also through a
+// file; no bitmap or no pixels encode nothing, and no file is made where none can be.
 TEST(Png, EncodedImagesDecodeToThePixelsSeen) {
   LICE_MemBitmap plain(7, 5, 4);
   LICE_SysBitmap flipped(7, 5);
