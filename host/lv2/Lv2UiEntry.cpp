@@ -19,7 +19,7 @@ LV2UI_Handle Instantiate(const LV2UI_Descriptor*, const char*, const char* bundl
                          LV2UI_Widget* widget, const LV2_Feature* const* features) {
   try {
     Lv2Ui* ui = new Lv2Ui(bundlePath, write, controller, features);
-    *widget = ui->Widget();
+    if (widget) *widget = ui->Widget();
     return ui;
   } catch (const std::exception& e) {
     tarnlv2::Lv2Log(features).Error("%s\n", e.what());
