@@ -5,6 +5,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "Lv2Features.h"
 #include "dsp/Tarn.h"
 #include "editor/x11/IGraphicsX11.h"
 
@@ -15,8 +16,10 @@ Lv2Ui::Lv2Ui(const char* bundlePath, LV2UI_Write_Function write, LV2UI_Controlle
     : mBundle(bundlePath ? bundlePath : ""),
       mWrite(write),
       mController(controller),
+      mParent(const_cast<void*>(FeatureData(features, LV2_UI__parent))),
+      mResize(static_cast<const LV2UI_Resize*>(FeatureData(features, LV2_UI__resize))),
+      mTouch(static_cast<const LV2UI_Touch*>(FeatureData(features, LV2_UI__touch))),
       mLayout(kNumParams, 1) {
-  ReadFeatures(features);
   mPlug.reset(MakePlug(IPlugInstanceInfo{MakeEditor, this, this}));
   mTarn = static_cast<Tarn*>(mPlug.get());
   mWidget = mEditor ? mEditor->OpenWindow(mParent) : nullptr;
@@ -34,16 +37,6 @@ IGraphics* Lv2Ui::MakeEditor(IPlugBase* plug, int w, int h, int fps, void* self)
   Lv2Ui* ui = static_cast<Lv2Ui*>(self);
   ui->mEditor = new IGraphicsX11(plug, w, h, fps, ui->mBundle);
   return ui->mEditor;
-}
-
-void Lv2Ui::ReadFeatures(const LV2_Feature* const* features) {
-  for (; features && *features; ++features) {
-    const char* uri = (*features)->URI;
-    void* data = (*features)->data;
-    if (std::strcmp(uri, LV2_UI__parent) == 0) mParent = data;
-    if (std::strcmp(uri, LV2_UI__resize) == 0) mResize = static_cast<const LV2UI_Resize*>(data);
-    if (std::strcmp(uri, LV2_UI__touch) == 0) mTouch = static_cast<const LV2UI_Touch*>(data);
-  }
 }
 
 // Values the host reports are plain, as the ports carry them; the copy takes them as host

@@ -44,15 +44,14 @@ class Lv2Ui final : public IPlugEditListener {
 
  private:
   static IGraphics* MakeEditor(IPlugBase* plug, int w, int h, int fps, void* self);
-  void ReadFeatures(const LV2_Feature* const* features);
   void Touch(int paramIdx, bool grabbed);
 
   std::string mBundle;
   LV2UI_Write_Function mWrite;
   LV2UI_Controller mController;
-  void* mParent = nullptr;
-  const LV2UI_Resize* mResize = nullptr;
-  const LV2UI_Touch* mTouch = nullptr;
+  void* mParent;  // the host's window; none: a window of its own
+  const LV2UI_Resize* mResize;
+  const LV2UI_Touch* mTouch;
   PortLayout mLayout;  // the controls are numbered alike in every variant
   std::unique_ptr<IPlugAdaptor> mPlug;
   Tarn* mTarn = nullptr;            // the same object, seen as the effect
