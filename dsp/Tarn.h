@@ -119,7 +119,3 @@ class Tarn : public IPlugAdaptor {
   double mOutL = 0.0, mOutR = 0.0;
   double mOutMono = 0.0;
 };
-
-// Creates one effect instance. Construction is serialised process-wide, so hosts may create
-// instances from several threads at once.
-IPlugAdaptor* MakePlug(IPlugInstanceInfo instanceInfo = {});

@@ -1,5 +1,7 @@
 #include "editor/HeadlessGraphics.h"
 
+#include <cstdlib>
+
 #include "editor/IControl.h"
 #include "editor/IPopupMenu.h"
 #include "editor/MenuLines.h"
@@ -8,6 +10,11 @@
 
 HeadlessGraphics::HeadlessGraphics(IPlugBase* plug, int w, int h, std::string imageFolder)
     : IGraphics(plug, w, h), mImageFolder(std::move(imageFolder)) {}  // the default rate
+
+void* HeadlessGraphics::OpenWindow(void* window, void*, short left, short top) {
+  mWindowLeft = left, mWindowTop = top;
+  return mWindow = window;
+}
 
 IRECT HeadlessGraphics::Tick() {
   IRECT dirty;
@@ -53,4 +60,9 @@ LICE_IBitmap* HeadlessGraphics::OSLoadBitmap(int, const char* name) {
                              : LICE_LoadPNG((mImageFolder + "/" + name).c_str(), nullptr);
   if (!bitmap) mMissingImages.push_back(name ? name : "");
   return bitmap;
+}
+
+IGraphics* MakeHeadlessEditor(IPlugBase* plug, int w, int h, int, void*) {
+  const char* root = std::getenv("TARN_RESOURCE_ROOT");
+  return new HeadlessGraphics(plug, w, h, root ? root : TARN_RESOURCE_ROOT);
 }

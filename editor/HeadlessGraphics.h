@@ -42,17 +42,27 @@ class HeadlessGraphics : public IGraphics {
   void CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
                        IParam* param) override;
   void PluginPath(WDL_String* path) override { path->Set(mImageFolder.c_str()); }
-  void* OpenWindow(void*) override { return nullptr; }
-  void CloseWindow() override {}
-  void* GetWindow() override { return nullptr; }
+  // There is no window to open: the one given is remembered, with the offset, until closed.
+  void* OpenWindow(void* parent) override { return OpenWindow(parent, nullptr, 0, 0); }
+  void* OpenWindow(void* window, void*, short left, short top) override;
+  void CloseWindow() override { mWindow = nullptr; }
+  void* GetWindow() override { return mWindow; }
+  bool WindowIsOpen() override { return mWindow; }
   LICE_IBitmap* OSLoadBitmap(int id, const char* name) override;
 
   IRECT mLastScreenUpdate;  // the last rectangle put on the "screen"
   int mScreenUpdates = 0;
+  int mWindowLeft = 0, mWindowTop = 0;  // where the editor was last opened in its window
 
  private:
+  void* mWindow = nullptr;
   std::string mImageFolder;
   std::vector<std::string> mMissingImages;
   std::function<int(const IPopupMenu&)> mChooser;
   TextEntrySession mEntry;
 };
+
+// The editor factory of hosts without a window (IPlugInstanceInfo::mMakeGraphics): a headless
+// editor with the images under resources/img of $TARN_RESOURCE_ROOT, or else of the source tree
+// the program was built from.
+IGraphics* MakeHeadlessEditor(IPlugBase* plug, int w, int h, int fps, void* context);

@@ -98,6 +98,22 @@ void IPlugBase::CreatePassThroughDelay() {
     mDelay = new PassThroughDelay(NInChannels(), NOutChannels(), mLatency);
 }
 
+void IPlugBase::SetParameterFromHost(int paramIdx, double plainValue) {
+  IParam* param = GetParam(paramIdx);
+  if (!param) return;
+  WDL_MutexLock lock(&mMutex);
+  if (mGraphics) mGraphics->SetParameterFromPlug(paramIdx, plainValue, false);
+  param->Set(std::clamp(plainValue, param->GetMin(), param->GetMax()));
+  OnParamChange(paramIdx);
+}
+
+void IPlugBase::ProcessHostBlock(float** inputs, float** outputs, int nFrames, bool bypassed) {
+  WDL_MutexLock lock(&mMutex);
+  AttachInputBuffers(0, NInChannels(), inputs, nFrames);
+  AttachOutputBuffers(0, NOutChannels(), outputs);
+  bypassed ? PassThroughBuffers(0.f, nFrames) : ProcessBuffers(0.f, nFrames);
+}
+
 void IPlugBase::Reset() { WDL_MutexLock lock(&mMutex); }
 
 void IPlugBase::OnParamChange(int /*paramIdx*/) { WDL_MutexLock lock(&mMutex); }

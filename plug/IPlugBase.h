@@ -140,6 +140,13 @@ public:
 protected:
   // The adaptor makes the bypass delay line when the plug-in has inputs.
   void CreatePassThroughDelay();
+  // Host automation in plain units, under the mutex: the editor hears of it first, then the
+  // value is clamped into range (never rounded to the step) and the effect is told. An index
+  // out of range is ignored.
+  void SetParameterFromHost(int paramIdx, double plainValue);
+  // One host block under the mutex, all channels attached: processed, or bypassed through the
+  // pass-through delay.
+  void ProcessHostBlock(float** inputs, float** outputs, int nFrames, bool bypassed);
 
 private:
   void ParseChannelIOString(const char* channelIOStr);

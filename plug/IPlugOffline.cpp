@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "editor/IGraphics.h"
 #include "plug/IParam.h"
 
 IPlugOffline::IPlugOffline(IPlugInstanceInfo instanceInfo, int nParams, const char* channelIOStr,
@@ -30,12 +29,7 @@ void IPlugOffline::SetIO(int nIn, int nOut) {
 }
 
 void IPlugOffline::SetParameter(int paramIdx, double plainValue) {
-  IParam* param = GetParam(paramIdx);
-  if (!param) return;
-  WDL_MutexLock lock(&GetMutex());
-  if (IGraphics* graphics = GetGUI()) graphics->SetParameterFromPlug(paramIdx, plainValue, false);
-  param->Set(std::clamp(plainValue, param->GetMin(), param->GetMax()));
-  OnParamChange(paramIdx);
+  SetParameterFromHost(paramIdx, plainValue);
 }
 
 void IPlugOffline::BeginInformHostOfParamChange(int paramIdx) {
@@ -51,22 +45,13 @@ void IPlugOffline::EndInformHostOfParamChange(int paramIdx) {
   if (mEditListener) mEditListener->EndEdit(paramIdx);
 }
 
-void IPlugOffline::AttachHostBuffers(float** inputs, float** outputs, int nFrames) {
-  AttachInputBuffers(0, NInChannels(), inputs, nFrames);
-  AttachOutputBuffers(0, NOutChannels(), outputs);
-}
-
 void IPlugOffline::ProcessAudio(float** inputs, float** outputs, int nFrames) {
-  WDL_MutexLock lock(&GetMutex());
-  AttachHostBuffers(inputs, outputs, nFrames);
-  ProcessBuffers(0.f, nFrames);
+  ProcessHostBlock(inputs, outputs, nFrames, false);
   mSamplePos += std::max(nFrames, 0);
 }
 
 void IPlugOffline::ProcessAudioBypassed(float** inputs, float** outputs, int nFrames) {
-  WDL_MutexLock lock(&GetMutex());
-  AttachHostBuffers(inputs, outputs, nFrames);
-  PassThroughBuffers(0.f, nFrames);
+  ProcessHostBlock(inputs, outputs, nFrames, true);
   mSamplePos += std::max(nFrames, 0);
 }
 

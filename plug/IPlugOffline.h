@@ -1,30 +1,7 @@
 #pragma once
 
 #include "plug/IPlugBase.h"
-
-class IGraphics;
-
-// Hears of the edits made in the editor, to pass them on to a host that runs elsewhere (an LV2
-// UI's plug-in, maybe in another process). Values are plain, as the parameter holds them.
-class IPlugEditListener {
- public:
-  virtual void BeginEdit(int paramIdx) = 0;
-  virtual void Edit(int paramIdx, double plainValue) = 0;
-  virtual void EndEdit(int paramIdx) = 0;
-
- protected:
-  ~IPlugEditListener() = default;
-};
-
-// What the offline host hands the effect's constructor: the platform's editor factory, or none
-// where nothing shows an editor (the LV2 plug-in's audio side, most tests). The factory makes a
-// surface of w × h at fps redraws a second (0: the editor's default) with the context given here
-// (the folder of the images, say), or returns null.
-struct IPlugInstanceInfo {
-  IGraphics* (*mMakeGraphics)(IPlugBase* plug, int w, int h, int fps, void* context) = nullptr;
-  void* mContext = nullptr;
-  IPlugEditListener* mEditListener = nullptr;  // none: the edits go nowhere
-};
+#include "plug/IPlugInstanceInfo.h"
 
 // The adaptor for an offline host (the renderer and the tests) and for the LV2 UI's copy of the
 // effect: the editor's edits go to the edit listener if there is one, and the transport is a
@@ -61,8 +38,6 @@ class IPlugOffline : public IPlugBase {
 
  private:
   static constexpr double kTempo = 120.0;
-
-  void AttachHostBuffers(float** inputs, float** outputs, int nFrames);
 
   bool mDoesMidi;
   IPlugEditListener* mEditListener;

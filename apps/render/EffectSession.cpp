@@ -1,7 +1,5 @@
 #include "EffectSession.h"
 
-#include <cstdlib>
-
 #include "dsp/Tarn.h"
 #include "editor/HeadlessGraphics.h"
 #include "lice/LICE_PNG.h"
@@ -27,13 +25,6 @@ ParamInfo DescribeParam(IParam* param) {
     return param->MapDisplayText(text, value);
   };
   return info;
-}
-
-// The editor's images are under resources/img of $TARN_RESOURCE_ROOT, or else of the source tree
-// this program was built from.
-IGraphics* MakeHeadlessEditor(IPlugBase* plug, int w, int h, int, void*) {
-  const char* root = std::getenv("TARN_RESOURCE_ROOT");
-  return new HeadlessGraphics(plug, w, h, root ? root : TARN_RESOURCE_ROOT);
 }
 
 }  // namespace
