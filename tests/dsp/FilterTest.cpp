@@ -62,13 +62,15 @@ TEST(RBJ, SinesFollowTheAnaloguePrototypes) {
   EXPECT_NEAR(std::log2(Crossing(peak, half, 56, 1000) / Crossing(peak, half, 56, 5)), 1.8, 1e-3);
 }
 
-// Direct form I summed in the written order; a zero exponent gives +0.0; a new design keeps the
-// memories; an unknown type writes nothing but divides what is stored by the kept a0 again.
+// Without a design nothing passes; direct form I summed in the written order; a zero exponent
+// gives +0.0; a new design keeps the memories; an unknown type writes nothing but divides what is
+// stored by the kept a0 again.
 TEST(RBJ, StepsTheDifferenceEquationAndFlushes) {
   RBJ f;
-  EXPECT_EQ(f.filter(1.0), 0.0);
+  const double first = f.filter(2.0);
+  EXPECT_EQ(std::pair(first, f.filter(1.0)), std::pair(0.0, 0.0));
   f.b0 = 0.3, f.b1 = -0.7, f.b2 = 0.11, f.a1 = -1.3, f.a2 = 0.45;
-  double x1 = 1.0, x2 = 0.0, y1 = 0.0, y2 = 0.0;
+  double x1 = 1.0, x2 = 2.0, y1 = 0.0, y2 = 0.0;
   for (double x : {0.25, -0.5, 0.0, 0.75, 1e-3}) {
     const double y = 0.3 * x + -0.7 * x1 + 0.11 * x2 - -1.3 * y1 - 0.45 * y2;
     EXPECT_EQ(f.filter(x), y);
@@ -87,14 +89,16 @@ TEST(RBJ, StepsTheDifferenceEquationAndFlushes) {
   }
 }
 
-// The stated first impulse outputs; flat to 0.24 of the rate, -3 dB at 0.25, -100 dB from 0.26.
+// Silent from the start; the stated first impulse outputs; flat to 0.24 of the rate, -3 dB at
+// 0.25, -100 dB from 0.26.
 TEST(HalfBandFilter, StatedImpulseAndAQuarterRateCutoff) {
   LanePair sub[9] = {{1.0, 2.0}}, scratch[9];  // 4 frames, then a guard past each buffer
   scratch[8] = LanePair{7.0, 7.0}, sub[8] = LanePair{5.0, 5.0};
   HalfBandFilter left, right;
   SplitHalfBand<LanePair>::process(left, right, sub, scratch, 4);
   EXPECT_TRUE(scratch[8][0] == 7.0 && sub[8][1] == 5.0);
-  HalfBandFilter f;
+  HalfBandFilter f, quiet;  // a fresh filter starts silent: silence in, silence out
+  for (int n = 0; n < 16; ++n) ASSERT_EQ(quiet.process(0.0), 0.0) << n;
   EXPECT_EQ(f.process(1.0), 0.0018675060322128473);  // half the product of path A
   EXPECT_EQ(f.process(0.0), 0.015127691037798081);   // path B joins
   auto fresh = [] { return HalfBandFilter(); };
