@@ -3,8 +3,8 @@
 // keys the editor leaves to it:
 //   s  writes the headless editor's picture of the same state to the file in -Snapshot
 //   m  feeds the meter for two seconds of sine blocks and reports the repaints meanwhile
-//   Escape  closes the editor, feeds the meter once more, reports the repaints and the objects of
-//           the editor's classes still alive, and quits.
+//   Escape  closes the editor and feeds the meter for half a second, reporting the repaints
+//   r  reports the objects of the editor's classes still alive, and quits.
 // Settings come as defaults (-Bundle PATH -Snapshot PATH): plain arguments would be documents.
 #undef NDEBUG  // GNUstep declares its allocation counts only for debugging builds
 #import <Cocoa/Cocoa.h>
@@ -76,10 +76,7 @@ void Say(const char* line) { printf("%s\n", line), fflush(stdout); }
   mTarn->ProcessAudio(in.get(), out.get(), kBlock);
   if (--mBlocksLeft > 0) return;
   [timer invalidate];
-  printf("repaints %d\n", gRepaints);
-  if (!mTarn->GetGUI()->WindowIsOpen())
-    [self performSelector:@selector(report) withObject:nil afterDelay:0.5];
-  fflush(stdout);
+  printf("repaints %d\n", gRepaints), fflush(stdout);
 }
 
 - (void)feedFor:(double)seconds {
@@ -117,6 +114,7 @@ void Say(const char* line) { printf("%s\n", line), fflush(stdout); }
     mTarn->GetGUI()->CloseWindow();
     [self feedFor:0.5];
   }
+  if ([key isEqualToString:@"r"]) [self report];
 }
 
 @end
