@@ -53,9 +53,14 @@ class IGraphicsMac : public IGraphics {
   static LICE_IBitmap* LoadImgFromResourceOSX(const char* bundleID, const char* fileName);
 
  private:
-  // What only macOS has: the Carbon host's lifetime and kind.
+  // What only macOS has: the Carbon host's lifetime, kind, drawing, menus and value field.
   void CloseCarbonHost();
   bool CarbonIsComposited() const;
+  bool DrawCarbonScreen();
+  IPopupMenu* CarbonPopupMenu(IPopupMenu* menu, IRECT* areaRect);
+  void CarbonTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
+                       IParam* param);
+  void EndCarbonEdit();
 
   IGraphicsCarbon* mGraphicsCarbon = nullptr;
   void* mGraphicsCocoa = nullptr;  // IGraphicsCocoa_vTarn_rtas*, retained

@@ -32,7 +32,9 @@ IGraphicsMac::IGraphicsMac(IPlugBase* plug, int w, int h, int refreshFPS)
 
 IGraphicsMac::~IGraphicsMac() { CloseWindow(); }
 
-bool IGraphicsMac::DrawScreen(IRECT*) { return CopyToCurrentContext(GetDrawBitmap(), Height()); }
+bool IGraphicsMac::DrawScreen(IRECT*) {
+  return mGraphicsCarbon ? DrawCarbonScreen() : CopyToCurrentContext(GetDrawBitmap(), Height());
+}
 
 void* IGraphicsMac::OpenWindow(void* parentView) {
   CloseWindow();
@@ -66,13 +68,16 @@ const char* IGraphicsMac::GetGUIAPI() {
 }
 
 void IGraphicsMac::ForceEndUserEdit() {
+  if (mGraphicsCarbon) EndCarbonEdit();
   if (mGraphicsCocoa) [View(mGraphicsCocoa) dropTextEntry];
 }
 
 // The mouse up that ends the right click would otherwise go to the control.
 IPopupMenu* IGraphicsMac::CreateIPopupMenu(IPopupMenu* menu, IRECT* areaRect) {
   ReleaseMouseCapture();
-  if (!mGraphicsCocoa || !menu || !areaRect) return nullptr;
+  if (!menu || !areaRect) return nullptr;
+  if (mGraphicsCarbon) return CarbonPopupMenu(menu, areaRect);
+  if (!mGraphicsCocoa) return nullptr;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   IPopupMenu* chosen = [View(mGraphicsCocoa) createIPopupMenu:menu:areaRect];
   [pool release];
@@ -81,7 +86,9 @@ IPopupMenu* IGraphicsMac::CreateIPopupMenu(IPopupMenu* menu, IRECT* areaRect) {
 
 void IGraphicsMac::CreateTextEntry(IControl* control, IText* text, IRECT* textRect, const char* str,
                                    IParam* param) {
-  if (!mGraphicsCocoa || !control || !text || !textRect) return;
+  if (!control || !text || !textRect) return;
+  if (mGraphicsCarbon) return CarbonTextEntry(control, text, textRect, str, param);
+  if (!mGraphicsCocoa) return;
   [View(mGraphicsCocoa) createTextEntry:control:param:text:str:textRect];
 }
 

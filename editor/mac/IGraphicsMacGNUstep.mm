@@ -20,3 +20,11 @@ void IGraphicsMac::RemoveSubWindow() {}
 void IGraphicsMac::CloseCarbonHost() {}
 
 bool IGraphicsMac::CarbonIsComposited() const { return false; }
+
+bool IGraphicsMac::DrawCarbonScreen() { return false; }
+
+IPopupMenu* IGraphicsMac::CarbonPopupMenu(IPopupMenu*, IRECT*) { return nullptr; }
+
+void IGraphicsMac::CarbonTextEntry(IControl*, IText*, IRECT*, const char*, IParam*) {}
+
+void IGraphicsMac::EndCarbonEdit() {}

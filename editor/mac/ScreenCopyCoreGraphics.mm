@@ -8,8 +8,12 @@
 // top; the window system clips it to the area being redrawn.
 bool CopyToCurrentContext(LICE_IBitmap* buffer, int height) {
   NSGraphicsContext* current = [NSGraphicsContext currentContext];
-  if (!current || !buffer) return false;
-  CGContextRef screen = static_cast<CGContextRef>([current graphicsPort]);
+  return current && CopyToContext(buffer, height, [current graphicsPort]);
+}
+
+bool CopyToContext(LICE_IBitmap* buffer, int height, void* cgContext) {
+  CGContextRef screen = static_cast<CGContextRef>(cgContext);
+  if (!screen || !buffer) return false;
   CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
   CGContextRef memory = CGBitmapContextCreate(
       buffer->getBits(), buffer->getWidth(), buffer->getHeight(), 8, buffer->getRowSpan() * 4,
