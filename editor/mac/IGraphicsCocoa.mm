@@ -21,6 +21,13 @@ ViewModifiers Modifiers(NSEvent* event) {
           (flags & NSControlKeyMask) != 0, (flags & NSAlternateKeyMask) != 0};
 }
 
+// The event at its place in the view, to the core's call for it.
+void Send(NSView* view, ViewHost* host, void (ViewHost::*call)(double, double, ViewModifiers),
+          NSEvent* event) {
+  const NSPoint p = [view convertPoint:[event locationInWindow] fromView:nil];
+  (host->*call)(p.x, p.y, Modifiers(event));
+}
+
 NSRect ToNSRect(const ViewRect& r) { return NSMakeRect(r.x, r.y, r.w, r.h); }
 
 NSColor* ToNSColor(const IColor& c) {
@@ -132,33 +139,27 @@ NSTextAlignment Alignment(int align) {
 }
 
 - (void)mouseUp:(NSEvent*)event {
-  const NSPoint p = [self viewPoint:event];
-  if (mGraphics) mViewHost->MouseUp(p.x, p.y, Modifiers(event));
+  if (mGraphics) Send(self, mViewHost, &ViewHost::MouseUp, event);
 }
 
 - (void)mouseDragged:(NSEvent*)event {
-  const NSPoint p = [self viewPoint:event];
-  if (mGraphics) mViewHost->MouseDragged(p.x, p.y, Modifiers(event));
+  if (mGraphics) Send(self, mViewHost, &ViewHost::MouseDragged, event);
 }
 
 - (void)rightMouseDown:(NSEvent*)event {
-  const NSPoint p = [self viewPoint:event];
-  if (mGraphics) mViewHost->RightMouseDown(p.x, p.y, Modifiers(event));
+  if (mGraphics) Send(self, mViewHost, &ViewHost::RightMouseDown, event);
 }
 
 - (void)rightMouseUp:(NSEvent*)event {
-  const NSPoint p = [self viewPoint:event];
-  if (mGraphics) mViewHost->RightMouseUp(p.x, p.y, Modifiers(event));
+  if (mGraphics) Send(self, mViewHost, &ViewHost::RightMouseUp, event);
 }
 
 - (void)rightMouseDragged:(NSEvent*)event {
-  const NSPoint p = [self viewPoint:event];
-  if (mGraphics) mViewHost->RightMouseDragged(p.x, p.y, Modifiers(event));
+  if (mGraphics) Send(self, mViewHost, &ViewHost::RightMouseDragged, event);
 }
 
 - (void)mouseMoved:(NSEvent*)event {
-  const NSPoint p = [self viewPoint:event];
-  if (mGraphics) mViewHost->MouseMoved(p.x, p.y, Modifiers(event));
+  if (mGraphics) Send(self, mViewHost, &ViewHost::MouseMoved, event);
 }
 
 // The core ends an open field without applying it before the wheel turns anything; its view

@@ -55,6 +55,7 @@ void Say(const char* line) { printf("%s\n", line), fflush(stdout); }
   Tarn* mTarn;
   int mBlocksLeft;
   double mPhase;
+  double mStart;  // of the feeding, in seconds
 }
 @end
 
@@ -76,11 +77,13 @@ void Say(const char* line) { printf("%s\n", line), fflush(stdout); }
   mTarn->ProcessAudio(in.get(), out.get(), kBlock);
   if (--mBlocksLeft > 0) return;
   [timer invalidate];
-  printf("repaints %d\n", gRepaints), fflush(stdout);
+  printf("repaints %d in %.2f s\n", gRepaints, [NSDate timeIntervalSinceReferenceDate] - mStart);
+  fflush(stdout);
 }
 
 - (void)feedFor:(double)seconds {
   mBlocksLeft = static_cast<int>(seconds * kRate / kBlock), gRepaints = 0;
+  mStart = [NSDate timeIntervalSinceReferenceDate];
   [NSTimer scheduledTimerWithTimeInterval:double(kBlock) / kRate
                                    target:self
                                  selector:@selector(feed:)
