@@ -28,6 +28,8 @@ class TextEntrySession {
 
   const std::string& Text() const { return mText; }
   const IRECT& Rect() const { return mRect; }
+  // What the open field accepts, for a window system's own input filter.
+  const TextEntryFilter& Filter() const { return mFilter; }
   // The field's font size for a control's text style: a tenth smaller, truncated.
   static int FontSize(const IText& style);
 

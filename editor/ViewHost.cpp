@@ -29,6 +29,10 @@ void ViewHost::MousePosition(double px, double py, int* x, int* y) {
   *y = mLastY = mEditor->Height() - static_cast<int>(py) - 3;
 }
 
+void ViewHost::FromTopDown(int x, int y, double* px, double* py) const {
+  *px = x + 2.0, *py = mEditor->Height() - y - 3.0;
+}
+
 IMouseMod ViewHost::LeftButton(ViewModifiers m) {
   return {true, m.command, m.shift, m.control, m.option};
 }

@@ -69,6 +69,9 @@ class ViewHost {
 
   // The editor's mouse position for a view position: trunc(px) - 2, height - trunc(py) - 3.
   void MousePosition(double px, double py, int* x, int* y);
+  // A point of a top-down window (X11, Carbon) in the view's terms, such that the editor gets it
+  // exactly: the offsets are the macOS view's own, which such a window has no reason for.
+  void FromTopDown(int x, int y, double* px, double* py) const;
   static IMouseMod LeftButton(ViewModifiers m);   // L, and Command as R
   static IMouseMod RightButton(ViewModifiers m);  // R
   // The editor's code for a key: space 0, arrows up, down, left, right 1 to 4, digits 5 to 14,

@@ -293,7 +293,8 @@ struct IGraphicsX11::X11Window {
     if (press && e.button != Button4 && e.button != Button5) EndField(true);  // focus leaves
     ViewHost& view = editor.mView;
     const ViewModifiers mods = Modifiers(e.state);
-    const double x = ViewX(e.x), y = ViewY(e.y);
+    double x, y;
+    view.FromTopDown(e.x, e.y, &x, &y);
     if (e.button == Button4 || e.button == Button5) {
       if (press) view.ScrollWheel(x, y, mods, e.button == Button4 ? 1.0 : -1.0);
       EndField(false);  // the wheel has ended it; its window goes too
@@ -313,12 +314,14 @@ struct IGraphicsX11::X11Window {
   void OnMotion(const XMotionEvent& m) {
     ViewHost& view = editor.mView;
     const ViewModifiers mods = Modifiers(m.state);
+    double x, y;
+    view.FromTopDown(m.x, m.y, &x, &y);
     if (m.state & Button1Mask) {
-      view.MouseDragged(ViewX(m.x), ViewY(m.y), mods);
+      view.MouseDragged(x, y, mods);
     } else if (m.state & Button3Mask) {
-      view.RightMouseDragged(ViewX(m.x), ViewY(m.y), mods);
+      view.RightMouseDragged(x, y, mods);
     } else {
-      view.MouseMoved(ViewX(m.x), ViewY(m.y), mods);
+      view.MouseMoved(x, y, mods);
     }
   }
 
@@ -340,11 +343,6 @@ struct IGraphicsX11::X11Window {
     e.window = parent;
     XSendEvent(display, parent, True, KeyPressMask, reinterpret_cast<XEvent*>(&e));
   }
-
-  // X11 points in the view host's terms, so that the editor gets them exactly: the view host
-  // keeps the macOS view's offsets of 2 and 3 pixels, which this window has no reason for.
-  double ViewX(int x) const { return x + 2.0; }
-  double ViewY(int y) const { return editor.Height() - y - 3.0; }
 
   IGraphicsX11& editor;
   Display* display;

@@ -16,6 +16,9 @@ TEST_F(ViewHostTest, CoordinatesTurnOverWithTheStatedOffsets) {
   int x, y;
   view.MousePosition(12.9, 30.2, &x, &y);
   EXPECT_EQ(std::pair(x, y), std::pair(10, 15));
+  double px, py;  // a top-down window's point reaches the editor as it is
+  view.FromTopDown(7, 40, &px, &py), view.MousePosition(px, py, &x, &y);
+  EXPECT_EQ(std::pair(x, y), std::pair(7, 40));
   ViewRect invalid;
   editor.AttachControl(new RecordingControl(nullptr, -1, nullptr, {4, 6, 8, 9}));
   EXPECT_TRUE(view.OnTimer(&invalid) && invalid == (ViewRect{4, 38, 5, 4}));
