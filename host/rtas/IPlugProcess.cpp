@@ -16,7 +16,7 @@ namespace {
 constexpr OSType kMasterBypassID = Code("bypa");
 constexpr const char* kMasterBypassNames = "Master Bypass\nMastrByp\nMByp\nByp";
 constexpr OSType kFirstParamID = 0x206C6420;  // " ld ", one more per parameter
-constexpr const char* kDigiViewSpec = "!IPlugDigiView[('NoID')]";
+constexpr const char* kDigiViewName = "!IPlugDigiView[('NoID')]";
 
 unsigned char* ChunkData(SFicPlugInChunk* chunk) {
   return reinterpret_cast<unsigned char*>(chunk) + kChunkHeaderSize;
@@ -147,7 +147,7 @@ CPlugInView* IPlugProcess::CreateCPlugInView() {
   MakeCustomUI();
   const int w = mPlugInRect.right - mPlugInRect.left, h = mPlugInRect.bottom - mPlugInRect.top;
   auto* view = new CNoResourceView(w, h);
-  auto* digiView = static_cast<IPlugDigiView*>(view->AddView(kDigiViewSpec, 0, 0, w, h));
+  auto* digiView = static_cast<IPlugDigiView*>(view->AddView(kDigiViewName, 0, 0, w, h));
   if (!digiView) {
     delete view;
     return nullptr;

@@ -24,10 +24,10 @@ void RegisterCustomViewClass(const char* className, CustomViewFactory factory) {
 
 CNoResourceView::CNoResourceView(int w, int h) { SetBounds(Bounds(0, 0, w, h)); }
 
-CCustomView* CNoResourceView::AddView(const char* spec, int x, int y, int w, int h) {
-  if (!spec || spec[0] != '!') return nullptr;
-  const char* end = std::strchr(spec, '[');
-  const auto found = ViewClasses().find(end ? std::string(spec + 1, end) : std::string(spec + 1));
+CCustomView* CNoResourceView::AddView(const char* name, int x, int y, int w, int h) {
+  if (!name || name[0] != '!') return nullptr;
+  const char* end = std::strchr(name, '[');
+  const auto found = ViewClasses().find(end ? std::string(name + 1, end) : std::string(name + 1));
   if (found == ViewClasses().end()) return nullptr;
   CCustomView* view = found->second();
   view->SetBounds(Bounds(x, y, w, h));

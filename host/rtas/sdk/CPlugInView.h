@@ -40,9 +40,9 @@ void RegisterCustomViewClass(const char* className, CustomViewFactory factory);
 class CNoResourceView : public CPlugInView {
  public:
   CNoResourceView(int w, int h);
-  // Adds a view of the class named in `spec` ("!ClassName[('ID')]") at x, y, w × h and returns
-  // it (the view keeps it); null when the spec names no registered class.
-  CCustomView* AddView(const char* spec, int x, int y, int w, int h);
+  // Adds a view of the class named in `name` ("!ClassName[('ID')]") at x, y, w × h and returns
+  // it (the view keeps it); null when the name gives no registered class.
+  CCustomView* AddView(const char* name, int x, int y, int w, int h);
   int NumViews() const { return static_cast<int>(mViews.size()); }
   CCustomView* GetView(int index) const { return mViews[index].get(); }
 

@@ -61,6 +61,9 @@ class CProcess {
   virtual ComponentResult ChooseControl(Point where, int32_t* index);
   virtual CPlugInView* CreateCPlugInView() { return nullptr; }
   virtual void GetViewRect(Rect* rect);
+  // Idle calls, between blocks on the host's main thread. How often they come is the host's
+  // affair; here the token idle is the SDK's own bookkeeping, with nothing for the plug-in to do,
+  // and the process idle is the plug-in's idle time (IPlugProcess hands it to OnIdle).
   virtual void DoTokenIdle() {}
   virtual void ProcessDoIdle() {}
 
