@@ -47,6 +47,7 @@ Lv2Instance::Lv2Instance(const PluginVariant& variant, double sampleRate,
   ReadFeatures(features);
   mFiniteIn.assign(variant.nChannels, std::vector<float>(mMaxBlock));
   UsePlug(MakeReadyPlug(nullptr));
+  mHostBypass.Prepare(variant.nChannels, mPlug->GetLatency(), mMaxBlock, sampleRate);
 }
 
 // A new effect starts from the state given or its default preset, restored as a host reopening
@@ -110,6 +111,7 @@ void Lv2Instance::Activate() {
   ByteChunk state;
   mPlug->SerializeState(&state);
   UsePlug(MakeReadyPlug(&state));
+  mHostBypass.Reset();
   mSeenControls = false;
 }
 
@@ -145,17 +147,16 @@ void Lv2Instance::Run(uint32_t nFrames) {
 }
 
 // The base copies every input into its own double scratch buffer before any output is
-// written, so a host that hands the same buffer for input and output (in place) is served.
+// written, and the host's bypass keeps its copy before the effect runs, so a host that hands
+// the same buffer for input and output (in place) is served. The effect runs bypassed or not.
 void Lv2Instance::ProcessStretch(uint32_t offset, int nFrames, bool bypassed) {
   for (int c = 0; c < mLayout.NChannels(); ++c) {
     mInStretch[c] = mInPorts[c] ? FiniteInput(c, mInPorts[c] + offset, nFrames) : nullptr;
     mOutStretch[c] = mOutPorts[c] ? mOutPorts[c] + offset : nullptr;
+    mHostBypass.TakeInput(c, mInStretch[c], nFrames);
   }
-  if (bypassed) {
-    mPlug->ProcessAudioBypassed(mInStretch.data(), mOutStretch.data(), nFrames);
-  } else {
-    mPlug->ProcessAudio(mInStretch.data(), mOutStretch.data(), nFrames);
-  }
+  mPlug->ProcessAudio(mInStretch.data(), mOutStretch.data(), nFrames);
+  mHostBypass.Mix(mOutStretch.data(), nFrames, !bypassed);
 }
 
 // Hosts do deliver NaN and infinite samples (a faulty plug-in earlier in the chain), and one

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "HostBypass.h"
 #include "Lv2Log.h"
 #include "PortLayout.h"
 #include "plug/IPlugAdaptor.h"
@@ -18,8 +19,8 @@ namespace tarnlv2 {
 
 // One Tarn instance as an LV2 host sees it. The host owns the port buffers; control input
 // ports reach the effect as host automation does (IPlugAdaptor::SetParameter), the designated
-// "enabled" port switches to the plug-in's own pass-through path, and the state is the
-// effect's 64-byte parameter chunk. The host's sample rate must be a supported one (see
+// "enabled" port is the host's bypass (see HostBypass), and the state is the effect's 64-byte
+// parameter chunk. The host's sample rate must be a supported one (see
 // dsp/SampleRateRange.h); the entry point refuses others before an instance is made.
 class Lv2Instance {
  public:
@@ -77,6 +78,7 @@ class Lv2Instance {
   std::vector<float*> mInPorts, mOutPorts;
   std::vector<float*> mInStretch, mOutStretch;  // the ports offset to the stretch being run
   std::vector<std::vector<float>> mFiniteIn;    // per channel: an input stretch made finite
+  HostBypass mHostBypass;
 };
 
 }  // namespace tarnlv2

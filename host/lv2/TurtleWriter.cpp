@@ -12,6 +12,12 @@ namespace tarnlv2 {
 
 namespace {
 
+const char* const kHostBypassComment =
+    "The host's bypass: the input comes out delayed by the plug-in's latency, in step with the "
+    "processed sound, and each switch crossfades in 5 ms. Reach for it to compare with and "
+    "without Tarn. The \"Bypass\" control is the effect's own switch to its dry path, part of "
+    "its sound, with its own fade.";
+
 const char* const kPrefixes =
     "@prefix atom: <http://lv2plug.in/ns/ext/atom#> .\n"
     "@prefix bufsz: <http://lv2plug.in/ns/ext/buf-size#> .\n"
@@ -95,12 +101,13 @@ void WriteParamPort(std::ostream& out, const IParam& param, uint32_t index) {
   WriteScalePoints(out, param);
 }
 
-// The host's bypass: 1 runs the effect, 0 sends the input through the plug-in's own
-// pass-through path.
+// The host's bypass: 1 runs the effect, 0 sends the input out aligned with it. Its comment
+// tells users which bypass to reach for.
 void WriteEnabledPort(std::ostream& out, uint32_t index) {
   BeginPort(out, "InputPort", "ControlPort", index, "enabled", "Enabled");
   WriteRange(out, 1.0, 0.0, 1.0);
-  out << " ;\n\t\tlv2:designation lv2:enabled ;\n\t\tlv2:portProperty lv2:toggled , lv2:integer";
+  out << " ;\n\t\tlv2:designation lv2:enabled ;\n\t\tlv2:portProperty lv2:toggled , lv2:integer"
+      << " ;\n\t\trdfs:comment " << TurtleString(kHostBypassComment);
 }
 
 void WriteLatencyPort(std::ostream& out, uint32_t index, int latency) {
