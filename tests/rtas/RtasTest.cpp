@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -13,8 +14,8 @@
 #include "AllocationCounter.h"
 #include "ScratchFolder.h"
 #include "dsp/Tarn.h"
-#include "editor/IControl.h"
 #include "editor/HeadlessGraphics.h"
+#include "editor/IControl.h"
 #include "host/rtas/IPlugCustomUI.h"
 #include "host/rtas/IPlugGroup.h"
 #include "host/rtas/IPlugProcessRTAS.h"
@@ -79,7 +80,8 @@ struct Chunk {
   explicit Chunk(std::vector<double> values, OSType id = kTarn, int32_t size = -1) {
     get()->fSize = size < 0 ? kChunkHeaderSize + 8 * int32_t(values.size()) : size;
     get()->fChunkID = id;
-    std::memcpy(data + kChunkHeaderSize, values.data(), 8 * values.size());
+    std::copy_n(reinterpret_cast<unsigned char*>(values.data()), 8 * values.size(),
+                data + kChunkHeaderSize);
   }
   SFicPlugInChunk* get() { return reinterpret_cast<SFicPlugInChunk*>(data); }
   alignas(8) unsigned char data[256] = {};
