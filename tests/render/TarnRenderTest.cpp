@@ -15,6 +15,8 @@
 
 #include "AllocationCounter.h"
 #include "AtomicFile.h"
+#include "CommandLine.h"
+#include "DemoSignal.h"
 #include "EffectSession.h"
 #include "FloatWavWriter.h"
 #include "LevelStats.h"
@@ -177,12 +179,15 @@ TEST_F(TarnRender, DrivesTheEffectAsAHostRestoringASession) {
 }
 
 // --save-state writes the state after the -p settings; --load-state restores it in place of the
-// defaults, before them. One frame at 768 kHz renders like any. Long options take --name=VALUE,
-// and "--" ends the options.
+// defaults, before them. Files get the usual permissions under the umask. One frame at 768 kHz
+// renders like any. Long options take --name=VALUE, and "--" ends the options.
 TEST_F(TarnRender, SavesTheStateAfterTheSettingsAndLoadsItBefore) {
+  const mode_t umaskBefore = umask(022);
   ASSERT_EQ(Run({"--param=gain=1.5", "-p", "mode=B", "--save-state=s", "--", "in.wav"}).status, 0);
+  umask(umaskBefore);
   EXPECT_EQ(std::make_pair(ReadBytes("s"), ReadSound("in-tarn.wav").samples),
             std::make_pair(StateOf({1.5, 1.0}), Square(0.75f)));
+  EXPECT_EQ(fs::status("in-tarn.wav").permissions(), fs::perms(0644));  // as open() under umask
   WriteBytes("l", StateOf({0.25, 2.0}));
   WriteSound("one.wav", Sound{1, 768000, {0.5f}});
   mLog.clear();
@@ -259,6 +264,12 @@ TEST_F(TarnRender, BadInputsFailWithOneLineAndLeaveNoFile) {
       {{"in.wav", "--editor-snapshot", "s.png"}, "the effect has no editor to draw for \"s.png\""},
       {{"in.wav", "-o", "x", "--editor-snapshot", "x"}, "snapshot \"x\" is the same file as the"},
       {{"in.wav", "--bogus"}, "unknown option \"--bogus\" (see tarn-render --help)"},
+      {{"in.wav", "--rate", "7999"},
+       "\"7999\" is outside the supported 8000 to 768000 Hz (see tarn-render --help)"},
+      {{"-p", "gain"}, "setting \"gain\" is not of the form NAME=VALUE (see tarn-render --help)"},
+      {{"in.wav", "fast.wav"},
+       "\"fast.wav\": only one input file can be rendered at a time (see tarn-render --help)"},
+      {{"--", "-p"}, "cannot read input \"-p\": No such file or directory"},
       {{"--block", "8193"}, "\"8193\" is outside 1 to 8192 frames (see tarn-render --help)"},
   };
   for (const auto& [args, named] : cases) {
@@ -306,6 +317,34 @@ TEST(ProgressDisplay, DrawsAtMostTenTimesASecondAndErasesOnce) {
   disabled.Finish();
   EXPECT_TRUE(std::regex_match(out.str().substr(2 * 57), std::regex("\r {57,}\r")) &&
               off.str() == "");
+}
+
+// The demo: six seconds of stereo at 48 kHz, from silence to silence, peaking below full scale
+// yet clearly audible on both sides; read in any chunks (and never past them) as frame by frame.
+// Progress shows unless -q is given.
+TEST(DemoSignal, SixSecondsFromSilenceToSilenceAudibleAndAlikeInAnyChunks) {
+  DemoSignal demo;
+  std::vector<float> all, chunk(2 * 333 + 1, 7.0f), channel[2];
+  std::string error;
+  for (long long n; (n = demo.Read(chunk.data(), 333, &error)) > 0;) {
+    all.insert(all.end(), chunk.begin(), chunk.begin() + 2 * n);
+    ASSERT_EQ(chunk.back(), 7.0f);
+  }
+  ASSERT_EQ(all.size(), 2u * 288000);
+  for (size_t i = 0; i < all.size(); ++i) channel[i % 2].push_back(all[i]);
+  float left, right;
+  DemoSignal::Frame(123457, &left, &right);
+  EXPECT_TRUE(left == channel[0][123457] && right == channel[1][123457] &&
+              channel[0] != channel[1]);
+  EXPECT_TRUE(all[0] == 0 && all[1] == 0 && all.back() == 0 && all[all.size() - 2] == 0);
+  LevelStats stats(2);
+  const float* channels[] = {channel[0].data(), channel[1].data()};
+  stats.Add(channels, 288000);
+  for (int c = 0; c < 2; ++c)
+    EXPECT_TRUE(stats.PeakDbfs(c) < 0 && stats.PeakDbfs(c) > -12 && stats.RmsDbfs(c) > -30) << c;
+  CommandLine cli, quiet;
+  EXPECT_TRUE(ParseCommandLine({}, &cli, &error) && ParseCommandLine({"-q"}, &quiet, &error) &&
+              !cli.quiet && quiet.quiet);
 }
 
 // A file without samples is what libsndfile writes to a file it can seek in. The RIFF size (file
