@@ -131,8 +131,9 @@ TEST(RtasControls, MasterBypassThenOneControlPerParameter) {
   ASSERT_EQ(std::pair(p->GetNumControls(), p->GetMasterBypassControlIndex()), std::pair(9, 1));
   const auto* bypass = dynamic_cast<CPluginControl_OnOff*>(p->GetControl(1));
   ASSERT_TRUE(bypass);
-  EXPECT_EQ(std::tuple(bypass->GetID(), bypass->GetNames(), bypass->GetDefaultValue()),
-            std::tuple(0x62797061u, "Master Bypass\nMastrByp\nMByp\nByp"s, 0));
+  EXPECT_EQ(std::tuple(bypass->GetID(), bypass->GetNames(), bypass->GetDefaultValue(),
+                       bypass->IsAutomatable()),
+            std::tuple(0x62797061u, "Master Bypass\nMastrByp\nMByp\nByp"s, 0, true));
   const int32_t half = 1073741824;  // lround(0.5 · (2^31 - 1))
   const int32_t defaults[] = {half, 0, half, half, half, half, 0, 0};
   for (int i = 0; i < 8; ++i) {
