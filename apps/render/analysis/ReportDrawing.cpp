@@ -154,7 +154,7 @@ void DrawNumbers(cairo_t* cr, const AnalysisResults& results) {
   double y = cell.y + 20;
   DrawText(cr, cell.x + 8, y, "Distortion of a 1 kHz sine", 16, Align::kLeft, true);
   y += 30;
-  const double columns[] = {cell.x + 8, cell.x + 150, cell.x + 290};
+  const double columns[] = {cell.x + 8, cell.x + 130, cell.x + 320};
   DrawText(cr, columns[0], y, "input level", kBodySize, Align::kLeft, true);
   DrawText(cr, columns[1], y, "THD", kBodySize, Align::kLeft, true);
   DrawText(cr, columns[2], y, "even : odd harmonics", kBodySize, Align::kLeft, true);
