@@ -89,6 +89,12 @@ const ValueOption kValueOptions[] = {
        cli->saveState = v;
        return true;
      }},
+    {nullptr, "--analyze",
+     [](const std::string& v, CommandLine* cli, std::string* error) {
+       if (v.empty()) *error = "the analysis report's file name is empty";
+       cli->analyze = v;
+       return !v.empty();
+     }},
     {nullptr, "--editor-snapshot",
      [](const std::string& v, CommandLine* cli, std::string*) {
        cli->editorSnapshot = v;
@@ -147,6 +153,21 @@ bool SetInput(const std::string& arg, CommandLine* cli, std::string* error) {
   return true;
 }
 
+// An analysis writes its report and nothing else.
+bool CheckAnalysisOptions(const CommandLine& cli, std::string* error) {
+  const std::pair<const char*, const std::string*> renderOutputs[] = {
+      {"--output", &cli.output},
+      {"--save-state", &cli.saveState},
+      {"--editor-snapshot", &cli.editorSnapshot}};
+  for (const auto& [option, value] : renderOutputs) {
+    if (!cli.analyze.empty() && !value->empty()) {
+      *error = "option " + Quoted(option) + " cannot be used with --analyze";
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 bool ParseCommandLine(const std::vector<std::string>& args, CommandLine* cli, std::string* error) {
@@ -162,13 +183,14 @@ bool ParseCommandLine(const std::vector<std::string>& args, CommandLine* cli, st
       return false;
     }
   }
-  return true;
+  return CheckAnalysisOptions(*cli, error);
 }
 
 std::string Usage() {
   return "usage: tarn-render [INPUT] [-o OUTPUT] [-p NAME=VALUE]... [--block N] [--rate HZ]\n"
          "                   [--load-state FILE] [--save-state FILE] [--editor-snapshot PNG]\n"
          "                   [--quiet]\n"
+         "       tarn-render --analyze REPORT.png [-p NAME=VALUE]... [--rate HZ] [INPUT]\n"
          "\n"
          "Renders INPUT (any mono or stereo file libsndfile reads, at " +
          SupportedRatesText() +
@@ -193,6 +215,10 @@ std::string Usage() {
          "                       draw the effect's editor as it stands after the render\n"
          "                       (its images: resources/img under $TARN_RESOURCE_ROOT, or\n"
          "                       else under the source tree tarn-render was built from)\n"
+         "  --analyze PNG        instead of rendering, measure the effect at these settings with\n"
+         "                       test signals (at --rate, INPUT's rate or 48000 Hz) and draw\n"
+         "                       the results as a 1600 x 992 report; with INPUT, also its\n"
+         "                       spectrum before and after and its levels (1600 x 1442)\n"
          "  -q, --quiet          no progress display\n"
          "  -h, --help           this text\n";
 }

@@ -25,6 +25,7 @@ struct CommandLine {
   std::string loadState;
   std::string saveState;
   std::string editorSnapshot;  // empty: no snapshot of the editor
+  std::string analyze;         // the analysis report to write instead of rendering
   bool quiet = false;
   bool help = false;
 };

@@ -18,6 +18,11 @@ ParamInfo DescribeParam(IParam* param) {
   info.name = param->GetNameForHost();
   info.min = param->GetMin();
   info.max = param->GetMax();
+  info.value = param->Value();
+  char display[128];
+  param->GetDisplayForHost(display);
+  info.display = display;
+  info.unit = param->GetLabelForHost();
   const int nTexts = static_cast<int>(param->GetNDisplayTexts());
   for (int i = 0; i < nTexts; ++i)
     info.displayTexts.push_back(param->GetDisplayTextAtIdx(i, nullptr));

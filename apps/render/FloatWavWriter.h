@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "AudioSink.h"
 #include "FloatWavFormat.h"
 #include "HeaderFirstStream.h"
 #include "OutputFile.h"
@@ -14,7 +15,7 @@ namespace render {
 // file is written front to back (HeaderFirstStream), which a FIFO or a terminal takes as well as
 // a regular file; a regular file appears under its name only once Commit has succeeded (see
 // OutputFile).
-class FloatWavWriter {
+class FloatWavWriter : public AudioSink {
  public:
   // Refuses more frames than a WAV file holds before anything is created.
   static std::unique_ptr<FloatWavWriter> Create(const std::string& path, int nChannels,
@@ -23,7 +24,7 @@ class FloatWavWriter {
 
   const std::string& Path() const { return mFile->Path(); }
 
-  bool Write(const float* interleaved, long long nFrames, std::string* error);
+  bool Write(const float* interleaved, long long nFrames, std::string* error) override;
   // Fails unless exactly the announced frames were written, as the header says.
   bool Commit(std::string* error);
 

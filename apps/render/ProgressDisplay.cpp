@@ -5,8 +5,13 @@
 
 namespace render {
 
-ProgressDisplay::ProgressDisplay(std::ostream& out, long long totalFrames, bool enabled, Clock clock)
-    : mOut(out), mTotalFrames(totalFrames), mEnabled(enabled), mClock(std::move(clock)),
+ProgressDisplay::ProgressDisplay(std::ostream& out, long long totalFrames, bool enabled,
+                                 Clock clock, const char* label)
+    : mOut(out),
+      mTotalFrames(totalFrames),
+      mEnabled(enabled),
+      mClock(std::move(clock)),
+      mLabel(label),
       mLastDraw(mEnabled ? mClock() : 0.0) {}
 
 double ProgressDisplay::SteadySeconds() {
@@ -19,15 +24,15 @@ void ProgressDisplay::Update(long long doneFrames) {
   const double now = mClock();
   if (now - mLastDraw < kRedrawInterval) return;
   mLastDraw = now;
-  Draw(doneFrames);
+  Draw(mOffset + doneFrames);
 }
 
 void ProgressDisplay::Draw(long long doneFrames) {
   const double fraction = mTotalFrames > 0 ? static_cast<double>(doneFrames) / mTotalFrames : 1.0;
   const int filled = static_cast<int>(fraction * kBarWidth);
   const int percent = static_cast<int>(fraction * 100.0);
-  mOut << "\rrendering [" << std::string(filled, '#') << std::string(kBarWidth - filled, ' ') << "] "
-       << percent << "%" << std::flush;
+  mOut << "\r" << mLabel << " [" << std::string(filled, '#') << std::string(kBarWidth - filled, ' ')
+       << "] " << percent << "%" << std::flush;
   mDrawn = true;
 }
 

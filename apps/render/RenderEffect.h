@@ -15,7 +15,7 @@ class RenderEffect {
  public:
   virtual ~RenderEffect() = default;
 
-  // The plug-in's parameter table, in index order.
+  // The plug-in's parameter table with the current values, in index order.
   virtual std::vector<ParamInfo> Params() = 0;
   // The serialised state of all parameters; a fresh effect's state holds the defaults.
   virtual std::vector<unsigned char> SaveState() = 0;

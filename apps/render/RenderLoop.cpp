@@ -40,7 +40,7 @@ class PlanarBlock {
 
 }  // namespace
 
-bool RenderAudio(AudioSource& source, RenderEffect& effect, FloatWavWriter& writer, int blockFrames,
+bool RenderAudio(AudioSource& source, RenderEffect& effect, AudioSink& sink, int blockFrames,
                  ProgressDisplay& progress, const std::function<bool()>& interrupted,
                  RenderReport* report, std::string* error) {
   const int nChannels = source.NChannels();
@@ -76,7 +76,7 @@ bool RenderAudio(AudioSource& source, RenderEffect& effect, FloatWavWriter& writ
         std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     report->output.Add(out.Pointers(), n);
     out.Interleave(interleaved.data(), n);
-    if (!writer.Write(interleaved.data(), n, error)) return false;
+    if (!sink.Write(interleaved.data(), n, error)) return false;
     done += n;
     progress.Update(done);
   }

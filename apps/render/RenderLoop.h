@@ -3,8 +3,8 @@
 #include <functional>
 #include <string>
 
+#include "AudioSink.h"
 #include "AudioSource.h"
-#include "FloatWavWriter.h"
 #include "LevelStats.h"
 #include "NonFiniteInput.h"
 #include "ProgressDisplay.h"
@@ -27,10 +27,10 @@ struct RenderReport {
 };
 
 // Streams the whole source through a prepared effect in blocks of blockFrames (the last one
-// shorter) and writes the result. `interrupted` is asked before every block; a true answer
-// stops the render as a failure. On failure *error says why and the writer is left uncommitted.
-// The caller finishes the progress display, whatever the outcome.
-bool RenderAudio(AudioSource& source, RenderEffect& effect, FloatWavWriter& writer, int blockFrames,
+// shorter) and hands the result to the sink. `interrupted` is asked before every block; a true
+// answer stops the render as a failure. On failure *error says why and an output file is left
+// uncommitted. The caller finishes the progress display, whatever the outcome.
+bool RenderAudio(AudioSource& source, RenderEffect& effect, AudioSink& sink, int blockFrames,
                  ProgressDisplay& progress, const std::function<bool()>& interrupted,
                  RenderReport* report, std::string* error);
 

@@ -2,41 +2,20 @@
 
 #include "CommandLine.h"
 #include "DemoSignal.h"
+#include "DistinctFiles.h"
+#include "EffectSetup.h"
 #include "FloatWavWriter.h"
 #include "OutputPath.h"
 #include "ParamLookup.h"
 #include "Quoted.h"
 #include "RenderLoop.h"
 #include "SoundFileReader.h"
-#include "StateFile.h"
 #include "Summary.h"
+#include "analysis/AnalysisJob.h"
 
 namespace render {
 
 namespace {
-
-struct NamedPath {
-  std::string role;  // "the input", "the output", ...
-  std::string path;  // empty: not used in this run
-};
-
-// Nothing the render writes may land on a file it reads, nor two outputs on one file.
-bool CheckDistinctFiles(const std::vector<NamedPath>& read, const std::vector<NamedPath>& written,
-                        std::string* error) {
-  for (std::size_t w = 0; w < written.size(); ++w) {
-    if (written[w].path.empty()) continue;
-    std::vector<NamedPath> others = read;
-    others.insert(others.end(), written.begin(), written.begin() + w);
-    for (const NamedPath& other : others) {
-      if (!other.path.empty() && SameFile(written[w].path, other.path)) {
-        *error = written[w].role + " " + Quoted(written[w].path) + " is the same file as " +
-                 other.role + " " + Quoted(other.path);
-        return false;
-      }
-    }
-  }
-  return true;
-}
 
 // One run of the renderer, step by step in the order a host restoring a session would take.
 class RenderJob {
@@ -45,9 +24,9 @@ class RenderJob {
 
   bool Run(const EffectFactory& makeEffect, const std::function<bool()>& interrupted,
            std::string* error) {
-    return OpenInput(error) && MakeEffect(makeEffect, error) && RestoreState(error) &&
-           ApplyParams(error) && CreateOutputs(error) && SaveState(error) &&
-           Render(interrupted, error) && SaveSnapshot(error) && Commit(error);
+    return OpenInput(error) && MakeEffect(makeEffect, error) && SetUpEffect(error) &&
+           CreateOutputs(error) && SaveState(error) && Render(interrupted, error) &&
+           SaveSnapshot(error) && Commit(error);
   }
 
  private:
@@ -65,30 +44,10 @@ class RenderJob {
     return mEffect != nullptr;
   }
 
-  // The full state first, the defaults or a saved one, as a host reopening a session restores it.
-  bool RestoreState(std::string* error) {
-    std::vector<unsigned char> state = mEffect->SaveState();  // a fresh effect holds its defaults
-    if (!mCli.loadState.empty() && !ReadStateFile(mCli.loadState, state.size(), &state, error))
-      return false;
-    const std::string problem = mEffect->RestoreState(state);
-    if (problem.empty()) return true;
-    *error = (mCli.loadState.empty() ? std::string("the effect's default state")
-                                     : "state file " + Quoted(mCli.loadState)) +
-             " " + problem;
-    return false;
-  }
-
-  // Then each -p in the order given, as host automation.
-  bool ApplyParams(std::string* error) {
-    const std::vector<ParamInfo> table = mEffect->Params();
-    for (const ParamArgument& arg : mCli.params) {
-      ParamSetting setting;
-      std::string warning;
-      if (!ResolveParam(table, arg, &setting, &warning, error)) return false;
-      if (!warning.empty()) mConsole.err << "tarn-render: warning: " << warning << "\n";
-      mEffect->SetParameter(setting.index, setting.value);
-    }
-    return true;
+  // The defaults or a saved state, then each -p, as a host reopening a session sets them.
+  bool SetUpEffect(std::string* error) {
+    EffectSetup setup;
+    return MakeEffectSetup(mCli, *mEffect, mConsole.err, &setup, error);
   }
 
   // The outputs are opened once all that can be refused before rendering has been checked, so
@@ -185,6 +144,11 @@ int RunTarnRender(const std::vector<std::string>& args, const EffectFactory& mak
   if (cli.help) {
     PrintHelp(makeEffect, console);
     return 0;
+  }
+  if (!cli.analyze.empty()) {
+    if (RunAnalysisJob(cli, makeEffect, console, interrupted, &error)) return 0;
+    console.err << "tarn-render: " << error << "\n";
+    return kExitFailure;
   }
   RenderJob job(cli, console);
   if (!job.Run(makeEffect, interrupted, &error)) {

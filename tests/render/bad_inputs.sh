@@ -23,4 +23,14 @@ mkfifo gone.fifo && { timeout 20 head -c 1 gone.fifo >/dev/null & }
 # Images it cannot read are named, and the editor snapshot is written all the same.
 TARN_RESOURCE_ROOT=. "$exe" -q --editor-snapshot s.png >/dev/null 2>err && [ -s s.png ] &&
   grep -q 'image "resources/img/KnobS1.png" is missing' err || fail "snapshot without images: $(cat err)"
+# The analysis report, a PNG of the size the help text states, with a file a row taller; an
+# analysis writes nothing but its report.
+for input in "" tarn-demo.wav; do
+  size=$("$exe" -q --analyze a.png $input >/dev/null 2>err && identify -format %wx%h a.png)
+  [ "$size" = "1600x$([ -z "$input" ] && echo 992 || echo 1442)" ] || fail "analysis of '$input': $size $(cat err)"
+done
+refuse 2 'option "--output" cannot be used with --analyze' --analyze r.png -o r.wav
+refuse 1 'the analysis report "tarn-demo.wav" is the same file as the input' --analyze tarn-demo.wav tarn-demo.wav
+refuse 1 'unknown parameter "nope"' --analyze r.png -p nope=1
+refuse 1 'cannot write "no/r.png"' --analyze no/r.png
 [ "$failures" -eq 0 ] && echo "all renders and refusals as expected"

@@ -1,0 +1,30 @@
+#include "analysis/PowerSpectrum.h"
+
+namespace render {
+
+void PowerSpectrum::Add(const float* samples, long long n) {
+  mPending.insert(mPending.end(), samples, samples + n);
+  const std::size_t size = mFft.Size();
+  std::size_t start = 0;
+  for (; start + size <= mPending.size(); start += size / 2) AddSegment(mPending.data() + start);
+  mPending.erase(mPending.begin(), mPending.begin() + start);
+}
+
+void PowerSpectrum::AddSegment(const float* segment) {
+  mFft.Transform(segment);
+  for (int k = 0; k < mFft.NBins(); ++k) mSum[k] += mFft.BinPower(k);
+  ++mSegments;
+}
+
+std::vector<double> PowerSpectrum::Bins() {
+  if (mSegments == 0 && !mPending.empty()) {
+    mPending.resize(mFft.Size(), 0.0f);
+    AddSegment(mPending.data());
+    mPending.clear();
+  }
+  std::vector<double> average = mSum;
+  for (double& power : average) power /= mSegments > 0 ? mSegments : 1;
+  return average;
+}
+
+}  // namespace render
