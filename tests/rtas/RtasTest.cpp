@@ -242,6 +242,9 @@ TEST(RtasEditor, TheViewPutsTheEditorInTheHostsWindow) {
   ASSERT_TRUE(frame && frame->NumViews() == 1 && frame->GetBounds().right == 304);
   auto* digi = dynamic_cast<IPlugDigiView*>(frame->GetView(0));
   ASSERT_TRUE(digi && static_cast<IPlugCustomUI*>(digi->GetCustomUI())->GetProcess() == p.get());
+  const Rect placed = digi->GetBounds();  // at 0, 0 with the editor's size
+  EXPECT_EQ(std::tuple(placed.top, placed.left, placed.bottom, placed.right),
+            std::tuple(0, 0, 416, 304));
   auto& gui = *static_cast<HeadlessGraphics*>(p->GetPlug()->GetGUI());
   int window = 0, other = 0;
   OpaqueGrafPtr port{&window, {-10, -20, 406, 284}}, later{&other, {-1, -1, 415, 303}};
