@@ -17,7 +17,7 @@ class IGraphics;
 // the link to the editor. An adaptor for one host API derives from it and supplies every
 // operation that talks to the host; the effect derives from the adaptor.
 class IPlugBase {
-public:
+ public:
   IPlugBase(int nParams, const char* channelIOStr, int nPresets, const char* effectName,
             const char* productName, const char* mfrName, int vendorVersion, int uniqueID,
             int mfrID, int latency, bool plugDoesMidi, bool plugDoesChunks, bool plugIsInst,
@@ -137,7 +137,7 @@ public:
   void PassThroughBuffers(double, int nFrames);
   void ZeroScratchBuffers();
 
-protected:
+ protected:
   // The adaptor makes the bypass delay line when the plug-in has inputs.
   void CreatePassThroughDelay();
   // Host automation in plain units, under the mutex: the editor hears of it first, then the
@@ -148,7 +148,7 @@ protected:
   // pass-through delay.
   void ProcessHostBlock(float** inputs, float** outputs, int nFrames, bool bypassed);
 
-private:
+ private:
   void ParseChannelIOString(const char* channelIOStr);
   void CreateChannels(int maxIn, int maxOut);
   int FramesThatFit(int nFrames) const;
@@ -169,7 +169,7 @@ private:
   bool mStateChunks;
   bool mIsInst;
   double mSampleRate = 44100.0;
-  int mBlockSize = 0;  // so that the first SetBlockSize always sizes the buffers
+  int mBlockSize = 0;      // so that the first SetBlockSize always sizes the buffers
   int mScratchFrames = 0;  // frames every scratch buffer really holds
   int mLatency;
   PassThroughDelay* mDelay = nullptr;

@@ -81,7 +81,8 @@ class FakeEffect : public RenderEffect {
   explicit FakeEffect(Names* log) : mLog(log) {}
   std::vector<ParamInfo> Params() override {
     const auto mode = [](const char* t, int* v) { return (*v = *t - 'A') >= 0 && *v < 3 && !t[1]; };
-    return {{"Output Gain", 0, 2, {}, nullptr, 1, "1", ""}, {"Mode", 0, 2, {"A", "B", "C"}, mode, 0, "A", ""}};
+    return {{"Output Gain", 0, 2, {}, nullptr, 1, "1", ""},
+            {"Mode", 0, 2, {"A", "B", "C"}, mode, 0, "A", ""}};
   }
   Bytes SaveState() override { return StateOf({mValues[0], mValues[1]}); }
   std::string RestoreState(const Bytes& state) override {
