@@ -42,4 +42,11 @@ bool ApplyEffectSetup(const EffectSetup& setup, RenderEffect& fresh, std::string
   return true;
 }
 
+std::unique_ptr<RenderEffect> MakeSetUpEffect(const EffectFactory& makeEffect,
+                                              const EffectSetup& setup, std::string* error) {
+  std::unique_ptr<RenderEffect> effect = makeEffect(false, error);
+  if (!effect || !ApplyEffectSetup(setup, *effect, error)) return nullptr;
+  return effect;
+}
+
 }  // namespace render

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -28,5 +29,9 @@ bool MakeEffectSetup(const CommandLine& cli, RenderEffect& fresh, std::ostream& 
 
 // Brings a fresh effect to a setup made by MakeEffectSetup.
 bool ApplyEffectSetup(const EffectSetup& setup, RenderEffect& fresh, std::string* error);
+
+// A fresh effect without an editor, brought to the setup; null, saying why, when that fails.
+std::unique_ptr<RenderEffect> MakeSetUpEffect(const EffectFactory& makeEffect,
+                                              const EffectSetup& setup, std::string* error);
 
 }  // namespace render

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -42,5 +43,9 @@ class RenderEffect {
 // Makes the Tarn effect, with its editor on the headless back end when asked for (its meter then
 // runs as with a window open); null, with the reason in *error, when it cannot be made.
 std::unique_ptr<RenderEffect> MakeTarnEffect(bool withEditor, std::string* error);
+
+// Makes a fresh effect, with an editor when asked (for a snapshot), or says why it cannot.
+using EffectFactory =
+    std::function<std::unique_ptr<RenderEffect>(bool withEditor, std::string* error)>;
 
 }  // namespace render

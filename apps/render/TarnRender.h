@@ -17,9 +17,6 @@ struct Console {
   bool errIsTerminal;  // progress is drawn only on a terminal
 };
 
-using EffectFactory =
-    std::function<std::unique_ptr<RenderEffect>(bool withEditor, std::string* error)>;
-
 // Exit statuses besides 0.
 constexpr int kExitFailure = 1;     // a file or the render failed
 constexpr int kExitUsageError = 2;  // the command line is wrong

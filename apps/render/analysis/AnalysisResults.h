@@ -38,7 +38,7 @@ struct ResponseCurve {
 };
 
 // A file's spectrum before and after the effect, with the levels a render's summary prints.
-struct FileSpectra {
+struct FileBeforeAfter {
   std::string name;
   BandSpectrum before, after;
   RenderReport report;
@@ -54,7 +54,7 @@ struct AnalysisResults {
   BandSpectrum noise;
   double noiseDb = 0.0;  // the noise floor's RMS level from 20 Hz to 20 kHz
   bool hasFile = false;
-  FileSpectra file;
+  FileBeforeAfter file;
 };
 
 }  // namespace render

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "analysis/EffectProbe.h"
-#include "analysis/FileSpectra.h"
 #include "analysis/FrequencyResponse.h"
 #include "analysis/Harmonics.h"
+#include "analysis/MeasureFile.h"
 #include "analysis/NoiseFloor.h"
 #include "analysis/TestSignals.h"
 #include "analysis/TransferCurve.h"
@@ -91,8 +91,8 @@ void ReadRuns(AnalysisRuns& runs, double rate, long long settle, AnalysisResults
 // The settings as the effect shows them, from a fresh effect set up as the analysis is.
 bool DescribeSettings(const AnalysisRequest& request, std::vector<ParamInfo>* table,
                       std::string* settings, std::string* error) {
-  std::unique_ptr<RenderEffect> effect = request.makeEffect(false, error);
-  if (!effect || !ApplyEffectSetup(request.setup, *effect, error)) return false;
+  std::unique_ptr<RenderEffect> effect = MakeSetUpEffect(request.makeEffect, request.setup, error);
+  if (!effect) return false;
   *table = effect->Params();
   for (const ParamInfo& param : *table)
     *settings += (settings->empty() ? "" : ", ") + SettingText(param);
@@ -103,8 +103,8 @@ bool MeasureRequestFile(const AnalysisRequest& request, ProgressDisplay& progres
                         const std::function<bool()>& interrupted, AnalysisResults* results,
                         std::string* error) {
   if (!request.file) return true;
-  std::unique_ptr<RenderEffect> effect = request.makeEffect(false, error);
-  if (!effect || !ApplyEffectSetup(request.setup, *effect, error)) return false;
+  std::unique_ptr<RenderEffect> effect = MakeSetUpEffect(request.makeEffect, request.setup, error);
+  if (!effect) return false;
   effect->Prepare(request.fileRate, request.file->NChannels(), request.blockFrames);
   progress.SetOffset(offset);
   results->hasFile = true;

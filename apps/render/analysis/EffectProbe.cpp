@@ -18,8 +18,8 @@ EffectProbe::EffectProbe(const EffectFactory& makeEffect, const EffectSetup& set
       mInterrupted(interrupted) {}
 
 bool EffectProbe::Run(ProbeRun* run, std::string* error) {
-  std::unique_ptr<RenderEffect> effect = mMakeEffect(false, error);
-  if (!effect || !ApplyEffectSetup(mSetup, *effect, error)) return false;
+  std::unique_ptr<RenderEffect> effect = MakeSetUpEffect(mMakeEffect, mSetup, error);
+  if (!effect) return false;
   for (const ParamSetting& setting : run->overrides)
     effect->SetParameter(setting.index, setting.value);
   effect->Prepare(mRate, 1, mBlockFrames);

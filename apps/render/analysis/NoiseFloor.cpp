@@ -2,14 +2,14 @@
 
 #include <cmath>
 
+#include "analysis/AveragedPower.h"
 #include "analysis/FrequencyResponse.h"
-#include "analysis/PowerSpectrum.h"
 
 namespace render {
 
 void MeasureNoiseFloor(const std::vector<float>& output, double rate, long long settleFrames,
                        BandSpectrum* bands, double* rmsDb) {
-  PowerSpectrum spectrum(FftSizeForBins(rate, 6.0));
+  AveragedPower spectrum(FftSizeForBins(rate, 6.0));
   spectrum.Add(output.data() + settleFrames, static_cast<long long>(output.size()) - settleFrames);
   const std::vector<double> bins = spectrum.Bins();
   const double binHz = spectrum.BinHz(rate);

@@ -187,8 +187,8 @@ void DrawNumbers(cairo_t* cr, const AnalysisResults& results) {
            kBodySize);
 }
 
-void DrawFileSpectra(cairo_t* cr, const AnalysisResults& results) {
-  const FileSpectra& file = results.file;
+void DrawFileBeforeAfter(cairo_t* cr, const AnalysisResults& results) {
+  const FileBeforeAfter& file = results.file;
   const double top = TopHz(file.report.fileRate);
   PlotArea plot(cr, Cell(2, 0, 2), "Spectrum of " + file.name + ", before and after",
                 FrequencyAxis(top),
@@ -261,7 +261,7 @@ std::vector<unsigned char> DrawReport(const AnalysisResults& results) {
   DrawNoise(cr, results);
   DrawNumbers(cr, results);
   if (results.hasFile) {
-    DrawFileSpectra(cr, results);
+    DrawFileBeforeAfter(cr, results);
     DrawFileLevels(cr, results);
   }
   std::vector<unsigned char> png;

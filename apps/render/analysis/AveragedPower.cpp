@@ -1,8 +1,8 @@
-#include "analysis/PowerSpectrum.h"
+#include "analysis/AveragedPower.h"
 
 namespace render {
 
-void PowerSpectrum::Add(const float* samples, long long n) {
+void AveragedPower::Add(const float* samples, long long n) {
   mPending.insert(mPending.end(), samples, samples + n);
   const std::size_t size = mFft.Size();
   std::size_t start = 0;
@@ -10,13 +10,13 @@ void PowerSpectrum::Add(const float* samples, long long n) {
   mPending.erase(mPending.begin(), mPending.begin() + start);
 }
 
-void PowerSpectrum::AddSegment(const float* segment) {
+void AveragedPower::AddSegment(const float* segment) {
   mFft.Transform(segment);
   for (int k = 0; k < mFft.NBins(); ++k) mSum[k] += mFft.BinPower(k);
   ++mSegments;
 }
 
-std::vector<double> PowerSpectrum::Bins() {
+std::vector<double> AveragedPower::Bins() {
   if (mSegments == 0 && !mPending.empty()) {
     mPending.resize(mFft.Size(), 0.0f);
     AddSegment(mPending.data());

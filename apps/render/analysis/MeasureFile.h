@@ -16,6 +16,6 @@ namespace render {
 // levels a render's summary prints.
 bool MeasureFile(AudioSource& file, RenderEffect& effect, int blockFrames,
                  ProgressDisplay& progress, const std::function<bool()>& interrupted,
-                 FileSpectra* spectra, std::string* error);
+                 FileBeforeAfter* spectra, std::string* error);
 
 }  // namespace render

@@ -9,9 +9,9 @@ namespace render {
 // The average power spectrum of a signal that arrives in pieces of any length: Hann-windowed
 // segments with half overlap, each bin the average of its power over the segments. A signal
 // shorter than one segment is taken as one segment padded with silence.
-class PowerSpectrum {
+class AveragedPower {
  public:
-  explicit PowerSpectrum(int size) : mFft(size, WindowShape::kHann) {}
+  explicit AveragedPower(int size) : mFft(size, WindowShape::kHann) {}
 
   void Add(const float* samples, long long n);
   // The averaged bin powers (RealFft::BinPower), NBins() of them.

@@ -1,12 +1,12 @@
-#include "analysis/FileSpectra.h"
+#include "analysis/MeasureFile.h"
 
 #include <cmath>
 #include <memory>
 #include <vector>
 
 #include "RenderLoop.h"
+#include "analysis/AveragedPower.h"
 #include "analysis/FrequencyResponse.h"
-#include "analysis/PowerSpectrum.h"
 
 namespace render {
 
@@ -17,7 +17,7 @@ class ChannelSpectra {
  public:
   ChannelSpectra(int nChannels, double rate) : mRate(rate) {
     for (int c = 0; c < nChannels; ++c)
-      mChannels.push_back(std::make_unique<PowerSpectrum>(FftSizeForBins(rate, 6.0)));
+      mChannels.push_back(std::make_unique<AveragedPower>(FftSizeForBins(rate, 6.0)));
   }
 
   void Add(const float* interleaved, long long nFrames) {
@@ -44,7 +44,7 @@ class ChannelSpectra {
 
  private:
   double mRate;
-  std::vector<std::unique_ptr<PowerSpectrum>> mChannels;
+  std::vector<std::unique_ptr<AveragedPower>> mChannels;
 };
 
 // The file as the render loop reads it, its samples taken into a spectrum on the way.
@@ -84,7 +84,7 @@ class SpectrumSink : public AudioSink {
 
 bool MeasureFile(AudioSource& file, RenderEffect& effect, int blockFrames,
                  ProgressDisplay& progress, const std::function<bool()>& interrupted,
-                 FileSpectra* spectra, std::string* error) {
+                 FileBeforeAfter* spectra, std::string* error) {
   ChannelSpectra before(file.NChannels(), file.SampleRate());
   ChannelSpectra after(file.NChannels(), file.SampleRate());
   TappedSource source(file, before);
