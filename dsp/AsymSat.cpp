@@ -1,5 +1,9 @@
 #include "dsp/AsymSat.h"
 
+#include <algorithm>
+#include <cmath>
+#include <type_traits>
+
 #include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
 #include "dsp/FilterLanes.h"
@@ -8,16 +12,12 @@
 #include "dsp/SplitHalfBand.h"
 #include "dsp/WideOversampler.h"
 
-#include <algorithm>
-#include <cmath>
-#include <type_traits>
-
 namespace {
 
 constexpr double kTwoPi = 6.283185307179586;
-constexpr double kOmega14k = 87964.5943005142;         // 2π·14000
-constexpr double kOmega12k = 75398.22368615503;        // 2π·12000
-constexpr double kOmega10k = 62831.853071795864;       // 2π·10000
+constexpr double kOmega14k = 87964.5943005142;    // 2π·14000
+constexpr double kOmega12k = 75398.22368615503;   // 2π·12000
+constexpr double kOmega10k = 62831.853071795864;  // 2π·10000
 
 // Tone stages map an analogue corner w with 3·fs rather than the bilinear 2·fs; the voicing
 // was tuned with that mapping.
@@ -34,7 +34,8 @@ void SetShelf(OnePoleStage& stage, double fs, double w, double k) {
 
 }  // namespace
 
-void AsymSat::init_all(double sampleRate, double driveDb, double freqResponse, double driftAmount, double asymmetry) {
+void AsymSat::init_all(double sampleRate, double driveDb, double freqResponse, double driftAmount,
+                       double asymmetry) {
   const double fs = sampleRate;
   const double T = freqResponse;
   const double S = asymmetry;
@@ -149,7 +150,7 @@ inline T AsymSat::curveStep(T x, T& mem, T& curvePrev) const {
   const T s = memIn * x + memFb * mem;
   mem = s;
   const auto positive = x > 0.0;
-  const T p = posKnee * s;  // positive half-wave: p/sqrt(p²+1) and s²/sqrt(s⁴+1)
+  const T p = posKnee * s;      // positive half-wave: p/sqrt(p²+1) and s²/sqrt(s⁴+1)
   const T u = negKnee * s * s;  // negative half-wave: s/sqrt(s²+1) and u/sqrt(u²+1)
   const T oddIn = positive ? p : s;
   const T oddGain = positive ? Splat<T>(posKneeInv) : Splat<T>(1.0);
@@ -164,7 +165,9 @@ inline T AsymSat::curveStep(T x, T& mem, T& curvePrev) const {
   return out;
 }
 
-double AsymSat::curve(double x, double& mem, double& curvePrev) const { return curveStep(x, mem, curvePrev); }
+double AsymSat::curve(double x, double& mem, double& curvePrev) const {
+  return curveStep(x, mem, curvePrev);
+}
 
 inline void AsymSat::frontStereo(double inL, double inR) {
   smoothGain();
@@ -203,7 +206,9 @@ inline void AsymSat::frontMono(double in) {
 template <class T>
 void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
   if constexpr (std::is_same_v<T, LanePair>) {
-    if (wideLanes) return OversampleStereoChunkWide(*this, work, kept, n);
+    if constexpr (kWideLanesBuilt) {
+      if (wideLanes) return OversampleStereoChunkWide(*this, work, kept, n);
+    }
   }
   T sub[2 * kChunkFrames], scratch[2 * kChunkFrames];
   for (int i = 0; i < n; ++i) {
@@ -228,11 +233,16 @@ void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
 // locals while a chunk runs and written back by store().
 template <class T>
 class AsymSat::OutputStages {
-public:
+ public:
   explicit OutputStages(AsymSat& sat)
-      : mSat(sat), mDeEmphasis(sat.eq[2], sat.eq[3]), mLowPass(sat.tone[0], sat.tone[1]),
-        mLowBump(sat.eq[6], sat.eq[7]), mShelf10k(sat.tone[2], sat.tone[3]), mShelf14k(sat.tone[4], sat.tone[5]),
-        mDc(Lanes<T>::Load(sat.dcL, sat.dcR)), mDcPrev(Lanes<T>::Load(sat.dcPrevL, sat.dcPrevR)) {}
+      : mSat(sat),
+        mDeEmphasis(sat.eq[2], sat.eq[3]),
+        mLowPass(sat.tone[0], sat.tone[1]),
+        mLowBump(sat.eq[6], sat.eq[7]),
+        mShelf10k(sat.tone[2], sat.tone[3]),
+        mShelf14k(sat.tone[4], sat.tone[5]),
+        mDc(Lanes<T>::Load(sat.dcL, sat.dcR)),
+        mDcPrev(Lanes<T>::Load(sat.dcPrevL, sat.dcPrevR)) {}
 
   // The chain in steps that each depend only on their own state and the step before. Run
   // frame by frame, a frame would pass all six before the next could start, far too long a chain
@@ -272,7 +282,7 @@ public:
     Lanes<T>::Store(mDcPrev, mSat.dcPrevL, mSat.dcPrevR);
   }
 
-private:
+ private:
   static constexpr int kSteps = 6;
   static constexpr int kSkewedFrames = 24;
 
@@ -280,11 +290,21 @@ private:
   // iterations lose the very overlap they are for.
   __attribute__((always_inline)) void step(int k, T& x, double scale, double driftGain) {
     switch (k) {
-      case 0: x = mDeEmphasis.filter(x * scale); break;
-      case 1: x = mLowPass.process(x); break;
-      case 2: x = mLowBump.filter(x); break;
-      case 3: x = mShelf10k.process(x); break;
-      case 4: x = mShelf14k.process(x); break;
+      case 0:
+        x = mDeEmphasis.filter(x * scale);
+        break;
+      case 1:
+        x = mLowPass.process(x);
+        break;
+      case 2:
+        x = mLowBump.filter(x);
+        break;
+      case 3:
+        x = mShelf10k.process(x);
+        break;
+      case 4:
+        x = mShelf14k.process(x);
+        break;
       default: {
         x = x / driftGain;
         // DC blocker: dc = 0.999·dc + x − previous x.
@@ -364,11 +384,14 @@ double AsymSat::process_Mono(double in) {
   return out;
 }
 
-void AsymSat::process_StereoBlock(const double* inL, const double* inR, double* left, double* right, int n) {
+void AsymSat::process_StereoBlock(const double* inL, const double* inR, double* left, double* right,
+                                  int n) {
   runBlock<LanePair>(inL, inR, left, right, n);
 }
 
-void AsymSat::process_MonoBlock(const double* in, double* out, int n) { runBlock<double>(in, in, out, out, n); }
+void AsymSat::process_MonoBlock(const double* in, double* out, int n) {
+  runBlock<double>(in, in, out, out, n);
+}
 
 // A frame is one long chain of dependent steps, too long for the processor to overlap one frame
 // with the next. But only the level detector feeds back from frame to frame; the filters and the

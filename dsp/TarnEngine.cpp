@@ -24,21 +24,24 @@ constexpr double kNeedleZeroMark = 0.638;
 // stays is a magnitude from 2^-54 to the largest finite double; both comparisons are false for
 // a NaN.
 inline LanePair FlushTinyOrNonFinite(LanePair v) {
-  const __m128d magnitude = _mm_andnot_pd(_mm_set1_pd(-0.0), v);
-  const __m128d notTiny = _mm_cmpge_pd(magnitude, _mm_set1_pd(0x1p-54));
-  const __m128d finite = _mm_cmple_pd(magnitude, _mm_set1_pd(DBL_MAX));
-  const __m128d kept = _mm_and_pd(notTiny, finite);
-  return _mm_and_pd(kept, v);
+  const LanePair magnitude = Abs(v);
+  return KeepWhere((magnitude >= 0x1p-54) & (magnitude <= DBL_MAX), v);
 }
 
 // Below -20 becomes -20, otherwise min(20, v) (which also turns a NaN into 20).
 inline double ClampOutput(double v) { return v < -kClamp ? -kClamp : v < kClamp ? v : kClamp; }
 
-// The same two steps as the processor's min and max, which return their second operand unless
-// the first compares less (min) or greater (max): min(v, 20) is v < 20 ? v : 20, NaN included,
-// and max of that with -20 differs from it only below -20, where v itself was below -20.
+// min(v, 20) then max(, -20) as comparisons pick them: the first operand when it compares less
+// (greater), else the second; so a NaN becomes 20, and max differs from min(v, 20) only below
+// -20, where v itself was below -20.
 inline LanePair ClampOutput(LanePair v) {
-  return _mm_max_pd(_mm_min_pd(v, _mm_set1_pd(kClamp)), _mm_set1_pd(-kClamp));
+  const LanePair top = Splat<LanePair>(kClamp), bottom = Splat<LanePair>(-kClamp);
+#if defined(__SSE2__)
+  return _mm_max_pd(_mm_min_pd(v, top), bottom);  // the same picks, in one instruction each
+#else
+  const LanePair low = v < top ? v : top;
+  return low > bottom ? low : bottom;
+#endif
 }
 
 }  // namespace

@@ -1,5 +1,9 @@
 #include "dsp/WideOversampler.h"
 
+#if !defined(__x86_64__)
+bool WideLanesAvailable() { return false; }
+#else
+
 #include "dsp/AsymSat.h"
 #include "dsp/CAllPassFilterCascade.h"
 
@@ -185,3 +189,5 @@ TARN_WIDE void OversampleStereoChunkWide(AsymSat& sat, const LanePair* work, Lan
   sat.osL = sub[2 * n - 1][0];
   sat.osR = sub[2 * n - 1][1];
 }
+
+#endif  // x86-64

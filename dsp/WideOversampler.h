@@ -13,10 +13,18 @@ struct AsymSat;
 // square roots and divisions then run for four values at once. Every lane performs the very
 // operations, in the same order, that the two-lane path performs (additions and multiplications
 // never fused), so both paths give the same bits.
+//
+// The path exists in x86-64 builds only; elsewhere the two-lane path runs.
+#if defined(__x86_64__)
+constexpr bool kWideLanesBuilt = true;
+#else
+constexpr bool kWideLanesBuilt = false;
+#endif
+
 // Whether the processor running us has the instructions this path needs.
 bool WideLanesAvailable();
 
-// What AsymSat's two-lane oversampled section does for a chunk of n frames (at most AsymSat::kChunkFrames):
-// working samples in, the kept sub-samples out, the filters' and the curve's state advanced.
-// Call only where WideLanesAvailable() is true.
+// What AsymSat's two-lane oversampled section does for a chunk of n frames (at most
+// AsymSat::kChunkFrames): working samples in, the kept sub-samples out, the filters' and the
+// curve's state advanced. Call only where WideLanesAvailable() is true.
 void OversampleStereoChunkWide(AsymSat& sat, const LanePair* work, LanePair* kept, int n);
