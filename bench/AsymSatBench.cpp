@@ -1,9 +1,9 @@
-#include "dsp/AsymSat.h"
-
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <vector>
+
+#include "dsp/AsymSat.h"
 
 // Cost of one stereo frame of the saturator at the common host rates, on a drive setting loud
 // enough to keep the level detector and both curve branches busy.
@@ -35,7 +35,7 @@ static void BM_AsymSatStereoBlock64(benchmark::State& state) {
   constexpr int kBlock = 64;
   AsymSat sat;
   sat.init_all(fs, 6.0, 3.0, 0.3, 0.5);
-  sat.wideLanes = sat.wideLanes && state.range(1) != 0;
+  sat.laneSections = state.range(1) != 0;
 
   std::vector<double> left(4096), right(4096), outL(kBlock), outR(kBlock);
   for (std::size_t i = 0; i < left.size(); ++i) {

@@ -4,11 +4,13 @@
 #include <cmath>
 #include <type_traits>
 
+#include "dsp/AsymCurve.h"
 #include "dsp/Decibels.h"
 #include "dsp/Denormal.h"
 #include "dsp/FilterLanes.h"
 #include "dsp/LanePair.h"
 #include "dsp/NoiseSource.h"
+#include "dsp/ParityOversampler.h"
 #include "dsp/SplitHalfBand.h"
 #include "dsp/WideOversampler.h"
 
@@ -137,29 +139,13 @@ inline double AsymSat::detectorGain() {
   return G / std::sqrt(G * G + 1.0);
 }
 
-// The asymmetric curve with its one-pole memory. The branch follows the sign of the incoming
-// sample, not of the smoothed one; an input of exactly zero (or NaN) takes the negative side.
-// Both even terms are non-negative and subtracted, pulling both half-waves down. Powers are
-// multiplied out factor by factor, left to right (s⁴ is s·s·s·s), never through pow.
-//
-// Both half-waves share one form, odd = (a / sqrt(a·a + 1))·k and even = (b / sqrt(c + 1))·k',
-// so each lane picks its half-wave's operands and the square roots run once (a factor k of 1.0
-// stands for "no factor": multiplying by 1 is exact).
+// The curve at the doubled rate: its one-pole memory, its shape, and the correction by the
+// previous shape value.
 template <class T>
 inline T AsymSat::curveStep(T x, T& mem, T& curvePrev) const {
   const T s = memIn * x + memFb * mem;
   mem = s;
-  const auto positive = x > 0.0;
-  const T p = posKnee * s;      // positive half-wave: p/sqrt(p²+1) and s²/sqrt(s⁴+1)
-  const T u = negKnee * s * s;  // negative half-wave: s/sqrt(s²+1) and u/sqrt(u²+1)
-  const T oddIn = positive ? p : s;
-  const T oddGain = positive ? Splat<T>(posKneeInv) : Splat<T>(1.0);
-  const T evenIn = positive ? s * s : u;
-  const T evenSquare = positive ? s * s * s * s : u * u;
-  const T evenGain = positive ? Splat<T>(1.0) : Splat<T>(negKneeInv);
-  const T odd = (oddIn / SquareRoot(oddIn * oddIn + 1.0)) * oddGain;
-  const T even = (evenIn / SquareRoot(evenSquare + 1.0)) * evenGain;
-  const T y = odd - evenWeight * even;
+  const T y = CurveShape(*this, x, s);
   const T out = (y - postFb * curvePrev) * postScale;
   curvePrev = y;
   return out;
@@ -207,8 +193,10 @@ template <class T>
 void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
   if constexpr (std::is_same_v<T, LanePair>) {
     if constexpr (kWideLanesBuilt) {
-      if (wideLanes) return OversampleStereoChunkWide(*this, work, kept, n);
+      if (laneSections && wideLanes) return OversampleStereoChunkWide(*this, work, kept, n);
     }
+  } else {
+    if (laneSections) return OversampleMonoChunk(*this, work, kept, n);
   }
   T sub[2 * kChunkFrames], scratch[2 * kChunkFrames];
   for (int i = 0; i < n; ++i) {

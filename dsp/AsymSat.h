@@ -21,7 +21,8 @@ struct AsymSat {
   // driveDb sets the input gain and the even-harmonic weight; freqResponse (-10 to 10) the
   // emphasis and tone; driftAmount the depth of the random drift; asymmetry (0 to 1) how
   // differently the two half-waves bend.
-  void init_all(double sampleRate, double driveDb, double freqResponse, double driftAmount, double asymmetry);
+  void init_all(double sampleRate, double driveDb, double freqResponse, double driftAmount,
+                double asymmetry);
 
   // One frame; returns the left output, the right one is left in outR.
   double process_Stereo(double inL, double inR);
@@ -32,7 +33,8 @@ struct AsymSat {
 
   // n frames at once, bit for bit what n calls of process_Stereo or process_Mono give, and
   // leaving the same state. Outputs may be the input buffers.
-  void process_StereoBlock(const double* inL, const double* inR, double* left, double* right, int n);
+  void process_StereoBlock(const double* inL, const double* inR, double* left, double* right,
+                           int n);
   void process_MonoBlock(const double* in, double* out, int n);
 
   // One channel's curve step at the doubled rate, with that channel's memory and previous
@@ -76,20 +78,27 @@ struct AsymSat {
   // The drift targets' random source, private to this instance.
   SystemRand driftRandom;
 
-  // Stereo chunks take the four-lane oversampled section where the processor has it. Both
-  // sections give the same bits; tests turn this off to compare them.
-  bool wideLanes = WideLanesAvailable();
+  // The oversampled section runs sub-samples side by side in vector lanes: stereo four lanes
+  // wide where the processor has 256-bit vectors, mono with each frame's two sub-samples in one
+  // pair. It gives the bits of the section that runs one sub-sample at a time; tests turn this
+  // off to compare the two.
+  bool laneSections = true;
 
   // Frames run in chunks of at most this many, stage by stage (see runBlock).
   static constexpr int kChunkFrames = 64;
 
-private:
-  template <class T> struct Chunk;
-  template <class T> void runBlock(const double* inL, const double* inR, double* left, double* right, int n);
+ private:
+  bool wideLanes = WideLanesAvailable();
+
+  template <class T>
+  struct Chunk;
+  template <class T>
+  void runBlock(const double* inL, const double* inR, double* left, double* right, int n);
 
   // Up to the level detector: what feeds the detector loop, in frame order. Returns the
   // working sample(s) for the oversampled section.
-  template <class T> T front(double inL, double inR);
+  template <class T>
+  T front(double inL, double inR);
   void frontStereo(double inL, double inR);
   void frontMono(double in);
   void smoothGain();
@@ -99,13 +108,18 @@ private:
 
   // The oversampled section for a chunk: working samples in, the kept sub-samples out. T is
   // double for the left channel alone or LanePair for both.
-  template <class T> void oversampleChunk(const T* work, T* kept, int n);
-  template <class T> T curveStep(T x, T& mem, T& curvePrev) const;
+  template <class T>
+  void oversampleChunk(const T* work, T* kept, int n);
+  template <class T>
+  T curveStep(T x, T& mem, T& curvePrev) const;
   // Any factor other than 2 (a fresh object has 0): the general pass loop for one frame.
-  template <class T> T oversampleFrame();
+  template <class T>
+  T oversampleFrame();
   int chunkFrames() const { return oversample == 2 ? kChunkFrames : 1; }
 
   // After the oversampled section: output compensation, tone, drift removal and DC blocker.
-  template <class T> class OutputStages;
-  template <class T> void finish(Chunk<T>& chunk);
+  template <class T>
+  class OutputStages;
+  template <class T>
+  void finish(Chunk<T>& chunk);
 };

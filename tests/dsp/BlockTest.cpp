@@ -44,7 +44,7 @@ TEST(AsymSatBlock, BlocksEqualFramesAndLeaveTheSameState) {
   for (int k = 0; k < 20; ++k) {  // clean or hostile input, stereo or mono, every block size
     const bool broken = k >= 10, stereo = k % 10 < 5;
     AsymSat byBlock, byFrame;
-    byFrame.wideLanes = false;
+    byFrame.laneSections = false;
     ExpectSame(RunBlocks(byBlock, broken, 9000, kBlockSizes[k % 5], stereo),
                RunBlocks(byFrame, broken, 9000, 1, stereo));
     // Blocks leave the oversampling filters' memory and last sub-samples as frames do, to the bit.
