@@ -1,12 +1,12 @@
 # The Cocoa editor (editor/mac) is Objective-C++. On macOS it builds against AppKit; elsewhere
 # against GNUstep when gnustep-config is there, and not at all otherwise (TARN_REQUIRE_COCOA makes
 # that an error). Sanitizer and fuzz builds leave it out off macOS: GNUstep's runtime is GCC's and
-# is not instrumented. Sets TARN_COCOA and, for GNUstep, tarn_gnustep_flags and _libs.
+# is not instrumented. Core-only (cross) builds leave it out too. Sets TARN_COCOA and, for GNUstep, tarn_gnustep_flags and _libs.
 option(TARN_REQUIRE_COCOA "Fail when the Cocoa editor cannot be built" OFF)
 set(TARN_COCOA OFF)
 if(APPLE)
   set(TARN_COCOA ON)
-elseif(TARN_SANITIZE STREQUAL "" AND NOT TARN_BUILD_FUZZ)
+elseif(TARN_SANITIZE STREQUAL "" AND NOT TARN_BUILD_FUZZ AND NOT TARN_CORE_ONLY)
   find_program(TARN_GNUSTEP_CONFIG gnustep-config)
   if(TARN_GNUSTEP_CONFIG)
     set(TARN_COCOA ON)
@@ -40,5 +40,5 @@ elseif(TARN_REQUIRE_COCOA)
   message(FATAL_ERROR "The Cocoa editor cannot be built: no GNUstep (run scripts/setup), or a "
                       "sanitizer or fuzz build")
 else()
-  message(STATUS "Cocoa editor: not built (no GNUstep, or a sanitizer or fuzz build)")
+  message(STATUS "Cocoa editor: not built (no GNUstep, or a sanitizer, fuzz or core-only build)")
 endif()

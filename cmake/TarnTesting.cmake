@@ -5,9 +5,13 @@ function(tarn_add_gtest name)
   add_executable(${name} ${T_SOURCES})
   target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gtest GTest::gtest_main Threads::Threads)
   # Named after their program, so "ctest -R ^tarn_lice" picks one subsystem's tests.
+  set(properties ENVIRONMENT
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan-suppressions.txt")
+  if(T_LABELS)  # an empty LABELS value would swallow the next property's name
+    list(APPEND properties LABELS "${T_LABELS}")
+  endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_PREFIX "${name}."
-    PROPERTIES LABELS "${T_LABELS}"
-    ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan-suppressions.txt")
+    PROPERTIES ${properties})
 endfunction()
 
 # tarn_add_bench(NAME SOURCES a.cpp LIBS lib1)
