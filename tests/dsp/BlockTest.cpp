@@ -38,8 +38,9 @@ static void ExpectSame(const std::vector<double>& a, const std::vector<double>& 
     ASSERT_TRUE(SameBits(a[i], b[i]) || (std::isnan(a[i]) && std::isnan(b[i]))) << i;
 }
 
-// Blocks of every size, run in place, equal frames of the two-lane section (stereo blocks take
-// the four-lane one where the processor has it), also on hostile input, and leave the same state.
+// Blocks of every size, run in place, with the oversampled section's sub-samples in vector lanes
+// (stereo four wide where the processor has it, mono a frame's two in a pair), equal frames of the
+// plain section, also on hostile input, and leave the same state.
 TEST(AsymSatBlock, BlocksEqualFramesAndLeaveTheSameState) {
   for (int k = 0; k < 20; ++k) {  // clean or hostile input, stereo or mono, every block size
     const bool broken = k >= 10, stereo = k % 10 < 5;
