@@ -196,7 +196,7 @@ void AsymSat::oversampleChunk(const T* work, T* kept, int n) {
       if (laneSections && wideLanes) return OversampleStereoChunkWide(*this, work, kept, n);
     }
   } else {
-    if (laneSections) return OversampleMonoChunk(*this, work, kept, n);
+    if (laneSections) return OversampleMonoChunk(*this, work, kept, n, wideLanes);
   }
   T sub[2 * kChunkFrames], scratch[2 * kChunkFrames];
   for (int i = 0; i < n; ++i) {

@@ -78,18 +78,17 @@ struct AsymSat {
   // The drift targets' random source, private to this instance.
   SystemRand driftRandom;
 
-  // The oversampled section runs sub-samples side by side in vector lanes: stereo four lanes
-  // wide where the processor has 256-bit vectors, mono with each frame's two sub-samples in one
-  // pair. It gives the bits of the section that runs one sub-sample at a time; tests turn this
-  // off to compare the two.
+  // The oversampled section runs sub-samples side by side in vector lanes: a frame's even and
+  // odd sub-samples together, of both channels in stereo. Where the processor has 256-bit vectors
+  // (wideLanes) four lanes run at once, else two. Every form gives the bits of the section that
+  // runs one sub-sample at a time; tests turn these off to compare them.
   bool laneSections = true;
+  bool wideLanes = WideLanesAvailable();
 
   // Frames run in chunks of at most this many, stage by stage (see runBlock).
   static constexpr int kChunkFrames = 64;
 
  private:
-  bool wideLanes = WideLanesAvailable();
-
   template <class T>
   struct Chunk;
   template <class T>

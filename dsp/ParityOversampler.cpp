@@ -4,6 +4,7 @@
 #include "dsp/AsymSat.h"
 #include "dsp/CAllPassFilterCascade.h"
 #include "dsp/LanePair.h"
+#include "dsp/WideOversampler.h"
 
 namespace {
 
@@ -113,15 +114,23 @@ void RunCurve(AsymSat& sat, LanePair* frames, int n) {
   sat.curvePrevL = before[1];
 }
 
+// Four lanes wide where the processor has them (WideOversampler), else two.
+void RunHalfBand(HalfBandFilter& filter, LanePair* frames, int n, bool wide) {
+  if constexpr (kWideLanesBuilt) {
+    if (wide) return RunMonoHalfBandWide(filter, frames, n);
+  }
+  RunHalfBand(filter, frames, n);
+}
+
 }  // namespace
 
-void OversampleMonoChunk(AsymSat& sat, const double* work, double* kept, int n) {
+void OversampleMonoChunk(AsymSat& sat, const double* work, double* kept, int n, bool wide) {
   LanePair frames[AsymSat::kChunkFrames];
   // Zero stuffing at twice the rate; the factor restores the level the zeros take away.
   for (int i = 0; i < n; ++i) frames[i] = LanePair{2.0 * work[i], 0.0};
-  RunHalfBand(sat.upL, frames, n);
+  RunHalfBand(sat.upL, frames, n, wide);
   RunCurve(sat, frames, n);
-  RunHalfBand(sat.downL, frames, n);
+  RunHalfBand(sat.downL, frames, n, wide);
   for (int i = 0; i < n; ++i) kept[i] = frames[i][0];
   sat.osL = frames[n - 1][1];
 }

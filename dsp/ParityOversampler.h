@@ -14,5 +14,6 @@ struct AsymSat;
 //
 // What AsymSat's mono oversampled section does for a chunk of n frames (at most
 // AsymSat::kChunkFrames): working samples in, the kept sub-samples out, the left filters' and the
-// left curve's state advanced.
-void OversampleMonoChunk(AsymSat& sat, const double* work, double* kept, int n);
+// left curve's state advanced. `wide` runs the half-band filters four lanes wide
+// (RunMonoHalfBandWide), for processors where WideLanesAvailable() is true.
+void OversampleMonoChunk(AsymSat& sat, const double* work, double* kept, int n, bool wide);

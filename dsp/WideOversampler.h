@@ -3,6 +3,7 @@
 #include "dsp/LanePair.h"
 
 struct AsymSat;
+class HalfBandFilter;
 
 // The saturator's stereo oversampled section four lanes wide, for processors with 256-bit
 // vectors (AVX2): one register holds a frame's even and odd sub-sample of both channels.
@@ -28,3 +29,8 @@ bool WideLanesAvailable();
 // AsymSat::kChunkFrames): working samples in, the kept sub-samples out, the filters' and the
 // curve's state advanced. Call only where WideLanesAvailable() is true.
 void OversampleStereoChunkWide(AsymSat& sat, const LanePair* work, LanePair* kept, int n);
+
+// The mono section's half-band filter over n frames of (even, odd) sub-samples in place, as the
+// two-lane form in ParityOversampler runs it, with a frame's two sub-samples through both of the
+// filter's paths in one register. Call only where WideLanesAvailable() is true.
+void RunMonoHalfBandWide(HalfBandFilter& filter, LanePair* frames, int nFrames);
