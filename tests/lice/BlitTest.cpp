@@ -79,8 +79,10 @@ const std::tuple<int, float, Argb, Argb, Argb> kWorked[] = {
     {kDodge | kUse, 127.0f, {0, 100, 50, 10}, {0, 255, 255, 0}, {0, 196, 98, 10}},
     {kOverlay | kUse, 1.0f, {100, 100, 100, 100}, {0, 255, 0, 0}, {99, 100, 99, 99}},
     {kHsv | kUse, 127.0f, {40, 200, 200, 200}, {0, 128, 128, 0}, {40, 73, 73, 73}},
-    // Red 0 turns the hue half round, 128 holds; green and blue move saturation and value.
+    // Red 0 turns the hue half round, 171 a sixth forward (64 of 384: red to yellow), 128 holds;
+    // green and blue move saturation and value.
     {kHsv, 1.0f, {40, 255, 0, 0}, {255, 0, 128, 128}, {40, 0, 255, 255}},
+    {kHsv, 1.0f, {40, 255, 0, 0}, {255, 171, 128, 128}, {40, 255, 255, 0}},
     {kHsv, 1.0f, {40, 255, 0, 0}, {0, 128, 128, 128}, {40, 255, 0, 0}},
     {kHsv, 1.0f, {9, 255, 0, 0}, {0, 128, 0, 128}, {9, 255, 255, 255}},
     {kHsv, 1.0f, {9, 255, 0, 0}, {0, 128, 128, 0}, {9, 0, 0, 0}},

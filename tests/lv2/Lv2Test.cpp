@@ -236,4 +236,6 @@ TEST(Lv2Metadata, SpellsSymbolsNumbersStringsAndUnits) {
   EXPECT_EQ(UnitStatement("Hz") + UnitStatement(nullptr) + UnitStatement("ticks"),
             "units:unit units:hzunits:unit [ a units:Unit ; rdfs:label \"ticks\" ; units:symbol "
             "\"ticks\" ; units:render \"%f ticks\" ]");
+  // The parameters, "enabled", latency and needle, then the audio inputs and outputs.
+  EXPECT_EQ(std::pair(PortLayout(8, 2).NPorts(), PortLayout(8, 1).NPorts()), std::pair(15u, 13u));
 }
