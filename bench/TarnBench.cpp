@@ -30,10 +30,9 @@ void BM_Tarn48k(benchmark::State& state) {
   std::vector<std::vector<float>> out(channels, std::vector<float>(block));
   std::vector<float*> ins, outs;
   for (int c = 0; c < channels; ++c) {
-    for (int i = 0; i < block; ++i) {
-      const double hz = 220.0 * (c + 1);
+    const double hz = 220.0 * (c + 1);
+    for (int i = 0; i < block; ++i)
       in[c][i] = static_cast<float>(0.5 * std::sin(6.283185307179586 * hz * i / kRate));
-    }
     ins.push_back(in[c].data());
     outs.push_back(out[c].data());
   }

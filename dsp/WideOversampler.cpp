@@ -140,38 +140,6 @@ TARN_WIDE void RunHalfBand(HalfBandFilter& left, HalfBandFilter& right, LanePair
   right.oldOut = Lane(bBefore, 3);
 }
 
-// The mono half-band filter over a chunk of frames, each an (even, odd) pair of sub-samples, in
-// place. One register holds a frame's even and odd sub-sample through path A and path B at once,
-// so a frame takes one step through six sections where the two-lane form takes two.
-TARN_WIDE void RunMonoHalfBand(HalfBandFilter& filter, LanePair* frames, int nFrames) {
-  AllPassStage *a = filter.cascade.stages, *b = a + kSections;
-  Path paths;
-  paths.load(a, b, CAllPassFilterCascade::kPathA, CAllPassFilterCascade::kPathB);
-  // Both paths take the same input: (even, even, odd, odd).
-  Quad input = Gather(a[0], b[0], &AllPassStage::x1, &AllPassStage::x0);
-  Quad inputBefore = input;
-  const __m128d half = _mm_set1_pd(0.5);
-  __m128d bBefore = _mm_setr_pd(0.0, filter.oldOut);  // path B's (even, odd) of the frame before
-  for (int f = 0; f < nFrames; ++f) {
-    if (f + 1 == nFrames) {
-      inputBefore = input;
-      paths.keepBefore();
-    }
-    double* frame = reinterpret_cast<double*>(frames + f);
-    const Quad v = _mm256_permute4x64_pd(_mm256_castpd128_pd256(_mm_loadu_pd(frame)), 0x50);
-    const Quad out = paths.step(v, input);
-    input = v;
-    const __m128d evens = _mm256_castpd256_pd128(out), odds = _mm256_extractf128_pd(out, 1);
-    const __m128d pathA = _mm_unpacklo_pd(evens, odds), pathB = _mm_unpackhi_pd(evens, odds);
-    // out = (A + B of the previous sub-sample)·0.5
-    const __m128d previousB = _mm_shuffle_pd(bBefore, pathB, 0x1);
-    _mm_storeu_pd(frame, _mm_mul_pd(_mm_add_pd(pathA, previousB), half));
-    bBefore = pathB;
-  }
-  paths.store(a, b, input, inputBefore);
-  filter.oldOut = bBefore[1];
-}
-
 // The curve over the chunk in place, as AsymSat::curveStep computes it. Only the memory runs
 // sub-sample by sub-sample, two lanes wide; the rest takes whole frames.
 TARN_WIDE void RunCurve(AsymSat& sat, LanePair* sub, int nFrames) {
@@ -218,8 +186,36 @@ TARN_WIDE void RunCurve(AsymSat& sat, LanePair* sub, int nFrames) {
 
 }  // namespace
 
+// The mono half-band filter over a chunk of frames, each an (even, odd) pair of sub-samples, in
+// place. One register holds a frame's even and odd sub-sample through path A and path B at once,
+// so a frame takes one step through six sections where the two-lane form takes two.
 TARN_WIDE void RunMonoHalfBandWide(HalfBandFilter& filter, LanePair* frames, int nFrames) {
-  RunMonoHalfBand(filter, frames, nFrames);
+  AllPassStage *a = filter.cascade.stages, *b = a + kSections;
+  Path paths;
+  paths.load(a, b, CAllPassFilterCascade::kPathA, CAllPassFilterCascade::kPathB);
+  // Both paths take the same input: (even, even, odd, odd).
+  Quad input = Gather(a[0], b[0], &AllPassStage::x1, &AllPassStage::x0);
+  Quad inputBefore = input;
+  const __m128d half = _mm_set1_pd(0.5);
+  __m128d bBefore = _mm_setr_pd(0.0, filter.oldOut);  // path B's (even, odd) of the frame before
+  for (int f = 0; f < nFrames; ++f) {
+    if (f + 1 == nFrames) {
+      inputBefore = input;
+      paths.keepBefore();
+    }
+    double* frame = reinterpret_cast<double*>(frames + f);
+    const Quad v = _mm256_permute4x64_pd(_mm256_castpd128_pd256(_mm_loadu_pd(frame)), 0x50);
+    const Quad out = paths.step(v, input);
+    input = v;
+    const __m128d evens = _mm256_castpd256_pd128(out), odds = _mm256_extractf128_pd(out, 1);
+    const __m128d pathA = _mm_unpacklo_pd(evens, odds), pathB = _mm_unpackhi_pd(evens, odds);
+    // out = (A + B of the previous sub-sample)·0.5
+    const __m128d previousB = _mm_shuffle_pd(bBefore, pathB, 0x1);
+    _mm_storeu_pd(frame, _mm_mul_pd(_mm_add_pd(pathA, previousB), half));
+    bBefore = pathB;
+  }
+  paths.store(a, b, input, inputBefore);
+  filter.oldOut = bBefore[1];
 }
 
 bool WideLanesAvailable() {

@@ -5,8 +5,9 @@
 struct AsymSat;
 class HalfBandFilter;
 
-// The saturator's stereo oversampled section four lanes wide, for processors with 256-bit
-// vectors (AVX2): one register holds a frame's even and odd sub-sample of both channels.
+// The saturator's oversampled section four lanes wide, for processors with 256-bit vectors
+// (AVX2): in stereo one register holds a frame's even and odd sub-sample of both channels; in
+// mono, of both paths of a half-band filter (RunMonoHalfBandWide, below).
 //
 // Both half-band filters are all-passes in z², so a frame's even and odd sub-samples run through
 // their own recursions and can share a register; the curve's memory links the two sub-samples
