@@ -3,13 +3,14 @@
 // Ranges never narrower than a step, a later initialiser keeps the kind, precision counts step
 // digits; to plain, discrete kinds round halves up, only the top clamps, shape 2 squares.
 TEST(IParam, InitialisersAndNormalisedMapping) {
-  IParam p[6];
+  IParam p[7];
   p[1].InitDouble("Gain", 1.5, -20.0, 20.0, 0.1, "dB", "Main");
   p[2].InitDouble("x", 0.0, 0.0, 0.0, 1.0);
   p[3].InitEnum("Mode", 2, 3);
   p[4].InitBool("On", true);
   p[5].InitBool("On", false);
   p[5].InitDouble("On", 0.0, 0.0, 1.0, 0.5);
+  p[6].InitInt("Count", 3, 1, 8);
   std::ostringstream all;
   for (const IParam& q : p)
     all << q.Type() << ' ' << q.GetMin() << ".." << q.GetMax() << '=' << q.Value() << '/'
@@ -28,8 +29,8 @@ TEST(IParam, InitialisersAndNormalisedMapping) {
       << p[1].GetNormalized(10.0);
   EXPECT_EQ(all.str(),
             "0 0..1=0/0/1 11;4 -20..20=1.5/1.5/0.1 11;4 0..1=0/0/1 11;3 0..2=2/2/1 11;"
-            "1 0..1=1/1/1 11;1 0..1=0/0/0.5 11;00122314566 0 0 1 1 1 2 2 -1 -24 20 5 0 0.5 0.75 "
-            "0 1 0.75");
+            "1 0..1=1/1/1 11;1 0..1=0/0/0.5 11;2 1..8=3/3/1 11;00122314566 0 0 1 1 1 2 2 -1 -24 20 "
+            "5 0 0.5 0.75 0 1 0.75");
   p[1].Set(20.0);
   EXPECT_NEAR(p[1].DBToAmp(), 10.0, 1e-11);  // +20 dB is ten times
 }
