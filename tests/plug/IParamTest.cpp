@@ -38,12 +38,14 @@ TEST(IParam, InitialisersAndNormalisedMapping) {
 // Texts append, the first match wins; shown: a non-empty text for the truncated value (never
 // negated), else the value at the step's precision, whole steps truncated.
 TEST(IParam, DisplayTextsAndShownValues) {
-  IParam b, cents, e;
+  IParam b, cents, e, single;
   b.InitBool("Bypass", false);
   cents.InitDouble("x", 2.5, -10.0, 10.0, 0.01);
   e.InitEnum("Mode", 0, 4);
   for (const char* text : {"Input", "Output", "", "Again"})
     e.SetDisplayText(e.GetNDisplayTexts() % 3, text);
+  single.InitEnum("One", 0, 1);
+  single.SetDisplayText(0, "Only");  // a list of one text is a list too
   int value = 42;
   std::string shown = e.GetDisplayText(0) + std::string(e.GetDisplayText(3)) +
                       e.GetDisplayTextAtIdx(3, &value) + "|";
@@ -56,9 +58,11 @@ TEST(IParam, DisplayTextsAndShownValues) {
   show(b, 0), show(b, 1), show(b, 0, false, false), show(b, 1, false, false), show(cents, 2.4567);
   show(b, 2.7, false, false), show(b, -2.7, false, false), show(cents, 0.75, true);
   show(cents, 0.0, true), show(e, 1.9), show(e, 2.0), show(e, 3.0), show(e, 1.0 / 3.0, true);
+  show(single, 0.0);
   cents.NegateDisplay(), e.NegateDisplay();
   show(cents, 2.5), show(e, 3.0), show(e, 0.0);
   cents.GetDisplayForHost(out);  // the current value, plain
-  EXPECT_EQ(shown + out,
-            "InputAgain|off|on|0|1|2.46|2|-2|5.00|-10.00|Output|2|3|Output|-2.50|-3|Input|-2.50");
+  EXPECT_EQ(
+      shown + out,
+      "InputAgain|off|on|0|1|2.46|2|-2|5.00|-10.00|Output|2|3|Output|Only|-2.50|-3|Input|-2.50");
 }
