@@ -40,12 +40,13 @@ TEST(State, LayoutRestoreComparisonAndPresets) {
     EXPECT_EQ(fresh.Values(), expected);
     EXPECT_EQ(fresh.changes, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
   }
-  TestPlug one("1-1", 1, 0);
-  one.GetParam(0)->Set(3.0);
+  TestPlug two("1-1", 2, 0);
+  two.GetParam(0)->Set(3.0);
+  two.GetParam(1)->Set(-1.0);
   std::string equal;
-  for (Values stored : {Values{3}, {3.000001}, {3.00003}, {9, 3}})  // the start counts doubles
-    equal += std::to_string(
-        one.CompareState(reinterpret_cast<unsigned char*>(stored.data()), stored.size() - 1));
+  for (Values stored : {Values{3, -1}, {3.000001, -1}, {3.00003, -1}, {9, 3, -1}})
+    equal += std::to_string(  // the start counts doubles
+        two.CompareState(reinterpret_cast<unsigned char*>(stored.data()), stored.size() - 2));
   EXPECT_EQ(equal + plug.GetPreset(2)->mName + std::to_string(plug.GetPreset(2)->mInitialized),
             "1101empty0");
   plug.MakeDefaultPreset("-", 1);
