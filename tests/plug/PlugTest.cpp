@@ -32,6 +32,10 @@ TEST(ProcessingFrame, ConvertsAndRoutesChannelsWithinTheBlockSize) {
   plug.ProcessBuffers(0.f, 32);
   plug.SetIO(1, 2);
   EXPECT_TRUE(out[0][15] == 0.f && out[0][16] == 34.f && !plug.IsInChannelConnected(1));
+  plug.ProcessAudio(in.get(), out.get(), 16);
+  plug.ZeroScratchBuffers();  // silences what the scratch buffer held
+  plug.ProcessBuffers(0.f, 16);
+  EXPECT_EQ(out[0][5], 0.f);
   plug.SetLatency(INT_MAX / 2);  // the line cannot be made: bypass no longer delays
   plug.ProcessAudioBypassed(nullptr, nullptr, 32);
 }
