@@ -44,8 +44,9 @@ TEST(State, LayoutRestoreComparisonAndPresets) {
   two.GetParam(0)->Set(3.0);
   two.GetParam(1)->Set(-1.0);
   std::string equal;
+  // Each parameter is read at its own place after the start, which counts doubles.
   for (Values stored : {Values{3, -1}, {3.000001, -1}, {3.00003, -1}, {9, 3, -1}})
-    equal += std::to_string(  // the start counts doubles
+    equal += std::to_string(
         two.CompareState(reinterpret_cast<unsigned char*>(stored.data()), stored.size() - 2));
   EXPECT_EQ(equal + plug.GetPreset(2)->mName + std::to_string(plug.GetPreset(2)->mInitialized),
             "1101empty0");
